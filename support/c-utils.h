@@ -1,0 +1,23 @@
+/// \file
+/// The support utilities: text, formatting, numbers, files, the machine, clocks and the calendar.
+///
+/// Texts are NUL-terminated byte strings. Copy-and-transform functions take the source first and
+/// the caller's destination second; unless it is said otherwise neither may be null, they must not
+/// overlap, and the destination must be large enough for the result.
+#pragma once
+
+#include "support/c-utils/bell.h"
+#include "support/c-utils/calendar.h"
+#include "support/c-utils/clock.h"
+#include "support/c-utils/copy.h"
+#include "support/c-utils/format.h"
+#include "support/c-utils/numbers.h"
+#include "support/c-utils/parse_float.h"
+#include "support/c-utils/replace.h"
+#include "support/c-utils/spaces.h"
+#include "support/c-utils/string_buffer.h"
+#include "support/c-utils/system.h"
+#include "support/c-utils/transform.h"
+#include "support/c-utils/url_encode.h"
+#include "support/c-utils/words.h"
+#include "support/c-utils/wrap.h"

@@ -1,0 +1,22 @@
+/// \file
+/// Giving up: failed assertions and failures that a caller declared fatal.
+#pragma once
+
+#include <cstdint>
+
+/// Thrown by value to give up; nothing in this system catches it, so it ends the process.
+struct CorvellaAbortException {
+    const char *file;      ///< source name of the place that threw; static, not owned
+    std::int32_t line;     ///< line of that place
+    std::int32_t code;     ///< 5: a failed assertion; 1: a file that had to open did not
+    std::int32_t reserved; ///< always 0
+};
+
+/// Raises an internal error: records "file:line: assertion failed: expression" (cut at 4095
+/// characters), reports one fixed sentence at level 9 and throws. The user never sees the
+/// expression. Deliberately the exception always carries the file "support/error", the line 429
+/// and the code 5, whichever assertion failed.
+[[noreturn]] void assertion_failed(const char *expression, const char *file, int line);
+
+/// Throws a CorvellaAbortException. \p file must have static lifetime.
+[[noreturn]] void throw_abort(int code, const char *file, int line);

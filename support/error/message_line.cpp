@@ -1,0 +1,74 @@
+#include "support/error/message_line.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include "support/error/messages.h"
+
+namespace {
+
+enum class Bell { none, before, after };
+
+struct level_style {
+    const char *label;
+    Bell bell;
+};
+
+// Levels 4 and 5 are the ringing variants of 2 and 3.
+constexpr level_style level_styles[] = {
+    {"Log", Bell::none},          {"", Bell::none},
+    {"Info", Bell::none},         {"Note", Bell::none},
+    {"Info", Bell::after},        {"Note", Bell::after},
+    {"", Bell::before},           {"Alert", Bell::after},
+    {"Warning", Bell::after},     {"Error", Bell::after},
+    {"Fatal Error", Bell::after},
+};
+constexpr int level_count = sizeof level_styles / sizeof level_styles[0];
+constexpr int fallback_level = 8;
+
+// What a line needs beside its text: the longest label, ": ", the bell and the NUL fit into it.
+constexpr int line_overhead = 20;
+
+int length_without_trailing_newlines(const char *text)
+{
+    std::size_t length = std::strlen(text);
+    while (length > 0 && text[length - 1] == '\n') {
+        --length;
+    }
+    // The precision of a conversion is an int; a text longer than that is cut far below anyway.
+    return static_cast<int>(std::min<std::size_t>(length, 0x7fffffff));
+}
+
+} // namespace
+
+int known_message_level(int level)
+{
+    return level >= 0 && level < level_count ? level : fallback_level;
+}
+
+const char *message_label(int level)
+{
+    return level_styles[level].label;
+}
+
+int compose_message_line(int level, const char *text, int text_limit, char *buffer, int buffer_size)
+{
+    if (buffer_size < 1) {
+        return 0;
+    }
+    const level_style &style = level_styles[known_message_level(level)];
+    const char *const separator = style.label[0] == '\0' ? "" : ": ";
+    const char *const before = style.bell == Bell::before ? "\a" : "";
+    const char *const after = style.bell == Bell::after ? "\a" : "";
+    const int kept = std::min(length_without_trailing_newlines(text), text_limit);
+    const int length = std::snprintf(buffer, static_cast<std::size_t>(buffer_size), "%s%s%s%.*s%s",
+                                     before, style.label, separator, kept, text, after);
+    return std::min(length, buffer_size - 1);
+}
+
+int format_message_line(int level, const char *text, char *buffer, int buffer_size)
+{
+    const int text_limit = buffer_size > line_overhead ? buffer_size - line_overhead : 0;
+    return compose_message_line(level, text, text_limit, buffer, buffer_size);
+}

@@ -1,0 +1,24 @@
+/// \file
+/// The indented print path: ordinary output to the user.
+#pragma once
+
+#include <cstdio>
+
+/// Prints printf-style text to the print stream and flushes it.
+///
+/// The text starts with as many '.' characters as the print indent says; the same number follows
+/// each newline that has something behind it. The expanded text is cut at 65,535 characters less
+/// the indent, the output with its dots at 65,536 bytes. Nothing is allocated.
+///
+/// \return the result of the flush.
+[[gnu::format(printf, 1, 2)]] int print_indented(const char *format, ...);
+
+/// Selects where print_indented() writes; null selects standard error. The stream stays the
+/// caller's and must outlive its use here.
+void set_print_stream(std::FILE *stream);
+
+/// \return the stream in force, or null before the first set_print_stream() and the first print.
+std::FILE *get_print_stream();
+
+/// Sets the number of '.' characters before each printed line. A negative \p n counts as 0.
+void set_print_indent(int n);

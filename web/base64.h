@@ -1,0 +1,11 @@
+/// \file
+/// Base64 (RFC 4648 section 4), with fill characters and without line breaks.
+#pragma once
+
+/// \return the length of \p n bytes in base64, the NUL not counted: ((n + 2) / 3) * 4, wrapped to
+/// 32 bits where it is too large for them (\p n above 1,610,612,733).
+int base64_encoded_length(int n);
+
+/// Encodes \p n bytes of \p source into \p destination, which must hold base64_encoded_length() + 1
+/// bytes, and ends it with NUL. An \p n below 1 gives "". \return \p destination.
+char *base64_encode(const void *source, int n, char *destination);

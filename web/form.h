@@ -1,0 +1,37 @@
+/// \file
+/// Form fields as an application/x-www-form-urlencoded body.
+///
+/// In every member of this family ASCII letters and digits stay as they are, and any other byte
+/// becomes "%" and its two lower-case hexadecimal digits; a space becomes "%20", never "+".
+///
+/// A running count limits the output: a plain character counts 1, an escape 3, and a space 1,
+/// deliberately, although it writes three characters. Two thresholds are tested against the count.
+/// Above the refusal threshold no further escape is begun: the text then ends one position behind
+/// the last character written, and deliberately keeps the one byte that stood there.
+#pragma once
+
+#include <string>
+
+/// One field of a form; the texts belong to the caller.
+struct FormField {
+    const char *name;
+    const char *value;
+};
+
+/// Builds the body "name=value&name=value..." and the header lines that announce its type and
+/// length, without a line end behind them. Both texts are replaced. Each name and each value ends
+/// when its count reaches 1023, or where an escape would begin at a count above 1020. The stray
+/// byte of a refused escape is what an earlier name or value of the same call left there; where
+/// nothing did, the text ends before it. A \p field_count below 1 gives an empty body.
+/// \throws std::bad_alloc when memory is exhausted.
+void build_form_body(int field_count, const FormField *fields, std::string &header_text_out,
+                     std::string &body_out);
+
+/// Escapes the whole of \p source into \p destination, which needs up to three times its length
+/// and a NUL. \return \p destination.
+char *form_escape(char *destination, const char *source);
+
+/// Escapes \p source until the count reaches \p limit, or until an escape would begin at a count
+/// above \p limit - 3. A \p limit below 1 gives "". The destination needs up to 3 * \p limit + 2
+/// bytes, because spaces count 1. \return \p destination.
+char *form_escape_bounded(char *destination, const char *source, int limit);

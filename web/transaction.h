@@ -1,0 +1,56 @@
+/// \file
+/// One HTTP/1.0 exchange over a TCP connection of its own.
+#pragma once
+
+#include <csignal>
+#include <cstdint>
+#include <string_view>
+
+/// Called while a transaction waits, with the argument that was registered.
+using WebIdleCallback = void (*)(void *argument);
+
+/// Set it to non-zero, from a signal handler if need be, to stop the transaction that runs or the
+/// next one. The transaction that stops sets it back to 0.
+extern volatile std::sig_atomic_t web_cancel_requested;
+
+/// Registers the idle callback; null switches the calls off. The callback runs on the transaction's
+/// own thread: every 100 ms of silence before and within the reply's header, after 10 s of silence
+/// within its body. It may throw; the connection is closed then too.
+void set_web_idle_callback(WebIdleCallback callback, void *argument);
+
+/// Runs one transaction: connects, sends the request, reads the reply until the server closes.
+///
+/// The reply is not interpreted: no status, no Content-Length, no chunked coding. Its only limit is
+/// memory. Within each chunk of up to 1023 bytes in which the body is received, bytes from a NUL on
+/// are dropped, deliberately.
+///
+/// \param scheme must be "HTTP", in upper case
+/// \param host the web server: connected to when there is no proxy, sent as the Host header, and
+///     named by the error texts, deliberately also when it was the proxy that failed
+/// \param target the request target, sent as it stands
+/// \param port the web server's port; never part of the Host header
+/// \param method exactly "POST" posts; anything else gets
+/// \param extra_headers header lines without the last line end; null or empty for none
+/// \param body sent behind the header of a POST, NUL bytes included; ignored otherwise
+/// \param header_out receives the reply's header as soon as it is complete, even when the body then
+///     fails: all up to the empty line, whose carriage return is kept and whose line feed is not
+/// \param body_out receives the reply's body when the result is 0
+/// \param proxy_host the HTTP proxy to connect to; null or empty for a direct connection
+/// \param proxy_port the proxy's port
+/// \param user,password sent as Basic credentials (RFC 7617) in an Authorization header when both
+///     are not null; empty ones count. Through a proxy the header is the same, deliberately, so that
+///     the proxy and the web server both see it.
+///
+/// Host, target and headers are sent as they are: a caller that takes them from somebody else must
+/// refuse line ends and, in the target, blanks, or they could forge parts of the request.
+///
+/// Both texts are blocks of the system allocator, given back with free(); the caller sets both to
+/// null before and releases what is not null after.
+///
+/// \return 0 done; -1 failed; 1 nothing could be received for 10 s; 2 cancelled. When it is not 0,
+/// web_last_error() has the reason. An earlier error text is not cleared by success.
+/// \throws std::bad_alloc when memory is exhausted.
+int web_transaction(const char *scheme, const char *host, const char *target, std::uint16_t port,
+                    const char *method, const char *extra_headers, std::string_view body,
+                    char **header_out, char **body_out, const char *proxy_host,
+                    std::uint16_t proxy_port, const char *user, const char *password);

@@ -1,0 +1,13 @@
+/// \file
+/// The web client: blocking HTTP/1.0 (RFC 1945) transactions, form posts and reply checks.
+///
+/// Nothing here reports messages: each operation returns a small integer and leaves the text of its
+/// failure for web_last_error(). All state is process-wide; one transaction runs at a time.
+#pragma once
+
+#include "web/base64.h"
+#include "web/form.h"
+#include "web/reply_status.h"
+#include "web/request.h"
+#include "web/transaction.h"
+#include "web/web_error.h"
