@@ -1,0 +1,34 @@
+/// \file
+/// Decimal integers as the standard library reads them, but defined for every text: a number
+/// outside 32 bits becomes the nearest one inside. Internal to the layer.
+#pragma once
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+
+/// Reads white space, a sign and digits at \p cursor and moves it behind them.
+/// \return whether a digit was read; if not, neither argument is changed.
+inline bool scan_decimal(const char *&cursor, std::int32_t &value)
+{
+    const int saved_errno = errno;
+    char *end = nullptr;
+    const long long number = std::strtoll(cursor, &end, 10);
+    errno = saved_errno;
+    if (end == cursor) {
+        return false;
+    }
+    cursor = end;
+    value = number < INT32_MIN   ? INT32_MIN
+            : number > INT32_MAX ? INT32_MAX
+                                 : static_cast<std::int32_t>(number);
+    return true;
+}
+
+/// \return the number at the start of \p text, 0 when there is none.
+inline std::int32_t decimal_or_zero(const char *text)
+{
+    std::int32_t value = 0;
+    scan_decimal(text, value);
+    return value;
+}
