@@ -38,8 +38,8 @@ void set_web_idle_callback(WebIdleCallback callback, void *argument);
 /// \param proxy_host the HTTP proxy to connect to; null or empty for a direct connection
 /// \param proxy_port the proxy's port
 /// \param user,password sent as Basic credentials (RFC 7617) in an Authorization header when both
-///     are not null; empty ones count. Through a proxy the header is the same, deliberately, so that
-///     the proxy and the web server both see it.
+///     are not null; empty ones count. Through a proxy the header is the same, deliberately, so
+///     that the proxy and the web server both see it.
 ///
 /// Host, target and headers are sent as they are: a caller that takes them from somebody else must
 /// refuse line ends and, in the target, blanks, or they could forge parts of the request.

@@ -1,0 +1,44 @@
+#include "web/base64.h"
+
+#include <cstdint>
+
+namespace {
+
+constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+/// Writes the four characters of 24 bits.
+char *write_group(char *out, std::uint32_t bits)
+{
+    *out++ = alphabet[bits >> 18 & 0x3f];
+    *out++ = alphabet[bits >> 12 & 0x3f];
+    *out++ = alphabet[bits >> 6 & 0x3f];
+    *out++ = alphabet[bits & 0x3f];
+    return out;
+}
+
+} // namespace
+
+int base64_encoded_length(int n)
+{
+    const std::int64_t length = (std::int64_t{n} + 2) / 3 * 4;
+    return static_cast<int>(static_cast<std::uint32_t>(length));
+}
+
+char *base64_encode(const void *source, int n, char *destination)
+{
+    const unsigned char *in = static_cast<const unsigned char *>(source);
+    char *out = destination;
+    for (; n >= 3; n -= 3, in += 3) {
+        out = write_group(out, std::uint32_t{in[0]} << 16 | std::uint32_t{in[1]} << 8 | in[2]);
+    }
+    if (n == 2) {
+        out = write_group(out, std::uint32_t{in[0]} << 16 | std::uint32_t{in[1]} << 8);
+        out[-1] = '=';
+    } else if (n == 1) {
+        out = write_group(out, std::uint32_t{in[0]} << 16);
+        out[-1] = '=';
+        out[-2] = '=';
+    }
+    *out = '\0';
+    return destination;
+}

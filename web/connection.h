@@ -1,0 +1,15 @@
+/// \file
+/// Opening and closing the connection of a transaction. Internal to the web client.
+#pragma once
+
+#include <cstdint>
+
+/// Creates a socket. \return the descriptor, or -1 with the error text set.
+int create_web_socket();
+
+/// Connects to \p name, which is \p host itself or its proxy. The error texts name \p host.
+/// \return whether it worked; if not, the error text is set and the socket still open.
+bool connect_web_socket(int socket, const char *host, const char *name, std::uint16_t port);
+
+/// Closes \p *socket.
+void close_web_socket(int *socket);

@@ -1,0 +1,73 @@
+#include "web/form.h"
+
+#include <cstdint>
+
+#include "support/c-utils.h"
+#include "support/c-utils/percent.h"
+
+namespace {
+
+constexpr std::int64_t unlimited = INT64_MAX;
+
+// A name or value within a form's body.
+constexpr std::int64_t body_text_stop = 1023;
+constexpr std::int64_t body_text_refusal = 1020;
+
+// 1021 spaces at three bytes each, then a letter or two, or the stray byte of a refused escape,
+// then the NUL.
+constexpr std::size_t body_text_size = 3 * 1021 + 3;
+
+char *escape(char *destination, const char *source, std::int64_t stop, std::int64_t refusal)
+{
+    char *out = destination;
+    std::int64_t count = 0;
+    for (; *source != '\0' && count < stop; ++source) {
+        const unsigned char byte = static_cast<unsigned char>(*source);
+        if (is_ascii_alphanumeric(byte)) {
+            *out++ = *source;
+            count += 1;
+            continue;
+        }
+        if (count > refusal) {
+            ++out; // deliberate: the byte that stands there stays, as the last one of the text
+            break;
+        }
+        out = write_percent_escape(out, byte, "0123456789abcdef");
+        count += byte == ' ' ? 1 : 3; // deliberate: a space counts 1, though it writes three bytes
+    }
+    *out = '\0';
+    return destination;
+}
+
+} // namespace
+
+char *form_escape(char *destination, const char *source)
+{
+    return escape(destination, source, unlimited, unlimited);
+}
+
+char *form_escape_bounded(char *destination, const char *source, int limit)
+{
+    const std::int64_t stop = limit;
+    return escape(destination, source, stop, stop - 3);
+}
+
+void build_form_body(int field_count, const FormField *fields, std::string &header_text_out,
+                     std::string &body_out)
+{
+    // Deliberately not cleared from one text to the next: see the stray byte.
+    char text[body_text_size] = {};
+    body_out.clear();
+    for (int i = 0; i < field_count; ++i) {
+        if (i > 0) {
+            body_out += '&';
+        }
+        body_out += escape(text, fields[i].name, body_text_stop, body_text_refusal);
+        body_out += '=';
+        body_out += escape(text, fields[i].value, body_text_stop, body_text_refusal);
+    }
+    header_text_out = "Content-Type: application/x-www-form-urlencoded\r\nContent-Length: ";
+    char length[24];
+    format_string_bounded(length, sizeof length, "%ld", static_cast<long>(body_out.size()));
+    header_text_out += length;
+}

@@ -1,0 +1,155 @@
+#include "web/reply.h"
+
+#include <cerrno>
+#include <cstring>
+#include <sys/socket.h>
+
+#include "web/reply_text.h"
+#include "web/result.h"
+#include "web/transaction.h"
+#include "web/wait.h"
+#include "web/web_error.h"
+
+namespace {
+
+// Deliberately the waits differ: within the header the user can stop the transaction ten times a
+// second, within the body only after a whole silent wait.
+constexpr timeval header_slice = {0, 100000};
+constexpr timeval body_slice = {SILENCE_LIMIT_SECONDS, 0};
+
+constexpr std::size_t chunk_size = 1023;
+
+int time_out()
+{
+    set_web_error("Timeout waiting for web site");
+    return WEB_TIMED_OUT;
+}
+
+int cancel()
+{
+    set_web_error("User canceled web transaction");
+    web_cancel_requested = 0;
+    return WEB_CANCELLED;
+}
+
+/// Waits for the next bytes. \return WEB_DONE when they are there; otherwise why not.
+int wait_for_bytes(int socket, timeval slice)
+{
+    switch (wait_readable(socket, slice)) {
+    case wait_result::timed_out:
+        return time_out();
+    case wait_result::cancelled:
+        return cancel();
+    case wait_result::readable:
+        break;
+    }
+    return WEB_DONE;
+}
+
+bool was_interrupted(ssize_t received)
+{
+    return received < 0 && (errno == EAGAIN || errno == EINTR);
+}
+
+/// Receives one byte. An interruption is tried again at once, but not beyond the time that a silent
+/// peer is given.
+ssize_t receive_byte(int socket, char &byte)
+{
+    ssize_t received = recv(socket, &byte, 1, 0);
+    if (was_interrupted(received)) {
+        const std::uint32_t deadline = silence_deadline();
+        do {
+            received = recv(socket, &byte, 1, 0);
+        } while (was_interrupted(received) && !deadline_passed(deadline));
+    }
+    return received;
+}
+
+void set_receive_error()
+{
+    set_web_error("Error receiving data from web site: %s", system_error_text());
+}
+
+/// Adds one byte to the header, or finds that it ends the header and is no part of it.
+/// \param line_is_empty whether the line so far has no bytes but carriage returns
+/// \return whether the header goes on
+bool take_header_byte(reply_text &header, bool &line_is_empty, char byte)
+{
+    if (byte == '\n') {
+        // Deliberate: a line feed as the very first byte is content.
+        if (line_is_empty && header.length > 0) {
+            return false;
+        }
+        line_is_empty = true;
+    } else if (byte != '\r') {
+        line_is_empty = false;
+    }
+    *room_in_reply_text(header, 1) = byte;
+    ++header.length;
+    return true;
+}
+
+/// A receive error ends the header but not the transaction, deliberately: what follows decides.
+int receive_header(int socket, reply_text &header)
+{
+    bool line_is_empty = true;
+    char byte;
+    do {
+        const int waited = wait_for_bytes(socket, header_slice);
+        if (waited != WEB_DONE) {
+            return waited;
+        }
+        const ssize_t received = receive_byte(socket, byte);
+        if (was_interrupted(received)) {
+            return time_out();
+        }
+        if (received < 0) {
+            set_receive_error();
+        }
+        if (received <= 0) {
+            return WEB_DONE;
+        }
+    } while (take_header_byte(header, line_is_empty, byte));
+    return WEB_DONE;
+}
+
+int receive_body(int socket, reply_text &body)
+{
+    for (;;) {
+        const int waited = wait_for_bytes(socket, body_slice);
+        if (waited != WEB_DONE) {
+            return waited;
+        }
+        char *const chunk = room_in_reply_text(body, chunk_size);
+        const ssize_t received = recv(socket, chunk, chunk_size, 0);
+        if (received == 0 || was_interrupted(received)) {
+            return WEB_DONE;
+        }
+        if (received < 0) {
+            set_receive_error();
+            return WEB_FAILED;
+        }
+        // Deliberate: a NUL costs the rest of its chunk.
+        chunk[received] = '\0';
+        body.length += std::strlen(chunk);
+    }
+}
+
+} // namespace
+
+int receive_reply(int socket, char **header_out, char **body_out)
+{
+    reply_text header = make_reply_text();
+    int result = receive_header(socket, header);
+    if (result != WEB_DONE) {
+        return result;
+    }
+    *header_out = take_reply_text(header);
+
+    reply_text body = make_reply_text();
+    result = receive_body(socket, body);
+    if (result == WEB_DONE) {
+        *body_out = take_reply_text(body);
+    }
+    return result;
+}

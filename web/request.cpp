@@ -1,0 +1,82 @@
+#include "web/request.h"
+
+#include <cctype>
+#include <string>
+#include <string_view>
+
+#include "support/c-utils/decimal.h"
+#include "support/c-utils/percent.h"
+#include "web/transaction.h"
+#include "web/web_error_state.h"
+
+namespace {
+
+constexpr std::uint16_t default_port = 80;
+
+/// The parts of a URL that the connection needs, in upper case.
+struct url_parts {
+    std::string scheme;
+    std::string host;
+    std::uint16_t port;
+};
+
+std::string upper_case(std::string text)
+{
+    for (auto c = text.rbegin(); c != text.rend(); ++c) {
+        *c = static_cast<char>(std::toupper(static_cast<unsigned char>(*c)));
+    }
+    return text;
+}
+
+bool belongs_to_host(char c)
+{
+    return is_ascii_alphanumeric(static_cast<unsigned char>(c)) || c == '-' || c == '.' || c == ':';
+}
+
+/// Takes the scheme off \p rest, "HTTP" when it has none.
+std::string take_scheme(std::string &rest)
+{
+    const std::size_t colon = rest.find(':');
+    if (colon == std::string::npos) {
+        return "HTTP";
+    }
+    std::string scheme = rest.substr(0, colon);
+    rest.erase(0, colon + 1);
+    return scheme;
+}
+
+url_parts split_url(const char *url)
+{
+    url_parts parts;
+    std::string rest = upper_case(url);
+    parts.scheme = take_scheme(rest);
+    const std::size_t start = rest.compare(0, 2, "//") == 0 ? 2 : 0;
+    std::size_t end = start;
+    while (end < rest.size() && belongs_to_host(rest[end])) {
+        ++end;
+    }
+    parts.host = rest.substr(start, end - start);
+    parts.port = default_port;
+    const std::size_t colon = parts.host.find(':');
+    if (colon != std::string::npos) {
+        parts.port = static_cast<std::uint16_t>(decimal_or_zero(parts.host.c_str() + colon + 1));
+        parts.host.erase(colon);
+    }
+    return parts;
+}
+
+} // namespace
+
+int web_request(const char *url, const char *method, int field_count, const FormField *fields,
+                char **header_out, char **body_out, const char *proxy_host,
+                std::uint16_t proxy_port, const char *user, const char *password)
+{
+    clear_web_error();
+    const url_parts parts = split_url(url);
+    std::string header_text;
+    std::string body;
+    build_form_body(field_count, fields, header_text, body);
+    return web_transaction(parts.scheme.c_str(), parts.host.c_str(), url, parts.port, method,
+                           header_text.c_str(), body, header_out, body_out, proxy_host, proxy_port,
+                           user, password);
+}

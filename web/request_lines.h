@@ -1,0 +1,21 @@
+/// \file
+/// Sending a request. Internal to the web client.
+#pragma once
+
+#include <string_view>
+
+/// What a request says; the texts are those of web_transaction().
+struct web_message {
+    const char *host;
+    const char *target;
+    const char *method;
+    const char *extra_headers;
+    std::string_view body;
+    const char *user;
+    const char *password;
+};
+
+/// Sends the request in pieces. A failure is not reported: it shows when the reply is received. But
+/// a request that has lost a piece is never completed: the pieces behind it cannot be sent.
+/// \throws std::bad_alloc when memory for the credentials is exhausted.
+void send_request(int socket, const web_message &message);

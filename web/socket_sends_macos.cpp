@@ -1,0 +1,34 @@
+#include "web/socket_sends.h"
+
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+
+#include "web/wait.h"
+
+namespace {
+
+void set_flag(int socket, int level, int option, int value)
+{
+    setsockopt(socket, level, option, &value, sizeof value);
+}
+
+} // namespace
+
+void prepare_sends(int socket)
+{
+    const timeval limit = {SILENCE_LIMIT_SECONDS, 0};
+    setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+    set_flag(socket, SOL_SOCKET, SO_NOSIGPIPE, 1);
+    set_flag(socket, IPPROTO_TCP, TCP_NOPUSH, 1);
+}
+
+ssize_t send_piece(int socket, const char *bytes, std::size_t length, bool more)
+{
+    if (!more) {
+        // Before the last piece, because not every version sends what was held back by this alone.
+        set_flag(socket, IPPROTO_TCP, TCP_NOPUSH, 0);
+    }
+    return send(socket, bytes, length, 0);
+}

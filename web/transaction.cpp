@@ -1,0 +1,37 @@
+#include "web/transaction.h"
+
+#include <cstring>
+#include <memory>
+
+#include "web/connection.h"
+#include "web/reply.h"
+#include "web/request_lines.h"
+#include "web/result.h"
+#include "web/socket_sends.h"
+#include "web/web_error.h"
+
+int web_transaction(const char *scheme, const char *host, const char *target, std::uint16_t port,
+                    const char *method, const char *extra_headers, std::string_view body,
+                    char **header_out, char **body_out, const char *proxy_host,
+                    std::uint16_t proxy_port, const char *user, const char *password)
+{
+    if (std::strcmp(scheme, "HTTP") != 0) {
+        set_web_error("Protocol should be HTTP, not %s", scheme);
+        return WEB_FAILED;
+    }
+    int socket = create_web_socket();
+    if (socket < 0) {
+        return WEB_FAILED;
+    }
+    // Closes on every way out, an exception of the idle callback's included.
+    const std::unique_ptr<int, void (*)(int *)> closer(&socket, close_web_socket);
+
+    const bool proxied = proxy_host != nullptr && proxy_host[0] != '\0';
+    if (!connect_web_socket(socket, host, proxied ? proxy_host : host,
+                            proxied ? proxy_port : port)) {
+        return WEB_FAILED;
+    }
+    prepare_sends(socket);
+    send_request(socket, {host, target, method, extra_headers, body, user, password});
+    return receive_reply(socket, header_out, body_out);
+}

@@ -1,0 +1,53 @@
+#include "web/wait.h"
+
+#include <sys/select.h>
+
+#include "support/c-utils.h"
+#include "web/transaction.h"
+
+volatile std::sig_atomic_t web_cancel_requested = 0;
+
+namespace {
+
+WebIdleCallback idle_callback = nullptr;
+void *idle_argument = nullptr;
+
+} // namespace
+
+void set_web_idle_callback(WebIdleCallback callback, void *argument)
+{
+    idle_callback = callback;
+    idle_argument = argument;
+}
+
+std::uint32_t silence_deadline()
+{
+    return current_time_milliseconds() + SILENCE_LIMIT_SECONDS * 1000u;
+}
+
+bool deadline_passed(std::uint32_t deadline)
+{
+    return static_cast<std::int32_t>(deadline) <=
+           static_cast<std::int32_t>(current_time_milliseconds());
+}
+
+wait_result wait_readable(int socket, timeval slice)
+{
+    const std::uint32_t deadline = silence_deadline();
+    while (!deadline_passed(deadline)) {
+        fd_set readable;
+        FD_ZERO(&readable);
+        FD_SET(socket, &readable);
+        timeval limit = slice; // some systems count it down
+        if (select(WAIT_DESCRIPTORS, &readable, nullptr, nullptr, &limit) > 0) {
+            return FD_ISSET(socket, &readable) ? wait_result::readable : wait_result::timed_out;
+        }
+        if (web_cancel_requested != 0) {
+            return wait_result::cancelled;
+        }
+        if (idle_callback != nullptr) {
+            idle_callback(idle_argument);
+        }
+    }
+    return wait_result::timed_out;
+}

@@ -1,0 +1,26 @@
+/// \file
+/// Waiting for the server. Internal to the web client.
+#pragma once
+
+#include <cstdint>
+#include <sys/time.h>
+
+/// Descriptors that the wait can hold; one of this number or above must not reach it.
+constexpr int WAIT_DESCRIPTORS = 1024;
+
+/// Silence after which a peer is given up.
+constexpr int SILENCE_LIMIT_SECONDS = 10;
+
+enum class wait_result { readable, timed_out, cancelled };
+
+/// Waits until \p socket can be read, for at most SILENCE_LIMIT_SECONDS, in slices of \p slice.
+/// After each slice without news, a requested cancellation is honoured or the idle callback called.
+wait_result wait_readable(int socket, timeval slice);
+
+/// \return the millisecond counter SILENCE_LIMIT_SECONDS from now.
+std::uint32_t silence_deadline();
+
+/// Whether the millisecond counter has reached \p deadline. Deliberately the two are compared as
+/// signed numbers, not by their difference: where the counter passes from its greatest to its least
+/// value, a deadline behind that passage has passed at once.
+bool deadline_passed(std::uint32_t deadline);
