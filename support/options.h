@@ -1,0 +1,79 @@
+/// \file
+/// The command-line option parser: short options, long options with abbreviations, operands among
+/// them. It resembles getopt_long, and differs where it is said.
+///
+/// \code
+/// int code;
+/// while ((code = get_long_options(argc, argv, "vo:", table, nullptr)) != -1) {
+///     switch (code) { ... }
+/// }
+/// // argv[option_index] and what follows are the operands.
+/// \endcode
+///
+/// Deliberate differences: an element that reads as a negative number is an operand; an unknown
+/// "--name" is read as a cluster of short options, without a diagnostic of its own; "=" may stand
+/// before the argument of a short option too.
+///
+/// Diagnostics go straight to standard error, in the form "program: ..."; they are printed only
+/// while option_errors is not 0. All state is process-wide: one scan at a time.
+#pragma once
+
+#include <cstdint>
+
+/// A long option. A table of them ends with a record whose name is null.
+struct long_option {
+    const char *name;          ///< without dashes
+    std::int32_t has_argument; ///< 0 none, 1 required, 2 optional and only behind "="
+    std::int32_t *flag;        ///< where to store `value`; null to return it instead
+    std::int32_t value;        ///< the code of the option
+};
+
+/// The next element to look at, 0 at first; behind the last option it is the first operand.
+/// Setting it to 0 starts a new scan at element 1.
+extern std::int32_t option_index;
+
+/// The argument of the option just returned, or null; in return-in-order mode the operand just
+/// returned. Points into the vector's elements.
+extern char *option_argument;
+
+/// The character of the short option just returned, 0 to 255; 1 for an operand returned in order;
+/// '?' after an error, ':' after a missing argument.
+extern std::int32_t option_code;
+
+/// Whether diagnostics are printed; 1 at first.
+extern std::int32_t option_errors;
+
+/// The next character within the element, 1 at its start. Belongs to the parser.
+extern std::int32_t option_position;
+
+/// parse_options() with short options only.
+int get_options(int count, char **vector, const char *short_options);
+
+/// parse_options() with long options behind "--".
+int get_long_options(int count, char **vector, const char *short_options,
+                     const long_option *long_options, int *index);
+
+/// parse_options() with long options behind "--", "-" or "+"; they come before short ones.
+int get_long_options_only(int count, char **vector, const char *short_options,
+                          const long_option *long_options, int *index);
+
+/// Returns the next option.
+///
+/// \param count the number of elements of \p vector
+/// \param vector the program's name and its arguments. The order of its pointers may change:
+///     unless the mode says otherwise, options move in front of the operands before them.
+/// \param short_options the option characters; ":" behind one requires an argument, "::" takes an
+///     optional one that is attached. A leading "+" stops the scan at the first operand, as does
+///     the environment variable POSIXLY_CORRECT where the text names no mode; a leading "-" returns
+///     operands in order, as the argument of an option of code 1. May be null.
+/// \param long_options the table of long options; may be null, but not together with the former
+/// \param index receives the position of a long option in its table; may be null
+/// \param long_only whether "-" and "+" introduce long options too
+///
+/// \return the character of a short option; for a long option its value, or 0 when the value was
+/// stored through its flag; 1 for an operand returned in order; '?' for an unknown or ambiguous
+/// option and for a call without elements or descriptions; ':' for a missing argument; -1 at the
+/// end. A call that could only be repeated with the same result is the last of its scan: the next
+/// one returns -1 until option_index is set to 0, so that a loop until -1 always ends.
+int parse_options(int count, char **vector, const char *short_options,
+                  const long_option *long_options, int *index, int long_only);

@@ -1,0 +1,8 @@
+/// \file
+/// Whether a text is a number. Internal to the option parser.
+#pragma once
+
+/// Whether \p text, but for white space at either end, is a floating-point number in any form that
+/// scanf's "%f" reads (ISO C): with a sign, an exponent, hexadecimal, infinite or not a number.
+/// The point is "." in every locale.
+bool reads_as_number(const char *text);

@@ -1,0 +1,374 @@
+#include "support/options.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "support/options/bad_call.h"
+#include "support/options/diagnostics.h"
+#include "support/options/number_text.h"
+
+std::int32_t option_index = 0;
+char *option_argument = nullptr;
+std::int32_t option_code = '?';
+std::int32_t option_errors = 1;
+std::int32_t option_position = 0;
+
+namespace {
+
+constexpr int scan_end = -1;
+constexpr int error_code = '?';
+constexpr int missing_argument_code = ':';
+constexpr int operand_code = 1;
+
+enum class scan_mode { permute, return_in_order, require_order };
+
+enum argument_kind { no_argument = 0, required_argument = 1, optional_argument = 2 };
+
+/// One call's view of the command line.
+struct option_scan {
+    int count;
+    char **vector;
+    const char *short_options; ///< without the character that selects the mode; may be null
+    const long_option *long_options;
+    bool long_only;
+    scan_mode mode;
+    std::int32_t skipped; ///< operands before the element, which is to move in front of them
+};
+
+/// The option found in the current element.
+struct found_option {
+    const long_option *record; ///< null for a short option
+    std::int32_t kind;
+    const char *attached; ///< what stands behind it in its element
+};
+
+/// Whether the last call could only have been repeated with the same result.
+bool scan_is_stuck = false;
+
+char *current_element(const option_scan &scan)
+{
+    return scan.vector[option_index];
+}
+
+bool is_past_the_end(const option_scan &scan)
+{
+    return option_index < 0 || option_index >= scan.count || current_element(scan) == nullptr;
+}
+
+const char *program_name(const option_scan &scan)
+{
+    return scan.vector[0] != nullptr ? scan.vector[0] : "";
+}
+
+/// The environment is asked at every call, so that a program may change it between scans.
+option_scan begin_call(int count, char **vector, const char *short_options,
+                       const long_option *long_options, int long_only)
+{
+    option_scan scan = {
+        count, vector, short_options, long_options, long_only != 0, scan_mode::permute, 0};
+    if (short_options != nullptr && (short_options[0] == '+' || short_options[0] == '-')) {
+        scan.mode = short_options[0] == '+' ? scan_mode::require_order : scan_mode::return_in_order;
+        ++scan.short_options;
+    } else if (std::getenv("POSIXLY_CORRECT") != nullptr) {
+        scan.mode = scan_mode::require_order;
+    }
+    return scan;
+}
+
+bool is_operand(const char *element, bool long_only)
+{
+    if (long_only && element[0] == '+') {
+        return false;
+    }
+    return element[0] != '-' || element[1] == '\0' || reads_as_number(element);
+}
+
+/// Finds the next option and counts the operands before it.
+/// \return whether there is one; if not, option_index is where the operands begin.
+bool skip_operands(option_scan &scan)
+{
+    const std::int32_t start = option_index;
+    while (!is_past_the_end(scan) && is_operand(current_element(scan), scan.long_only)) {
+        ++option_index;
+    }
+    scan.skipped = option_index - start;
+    if (is_past_the_end(scan)) {
+        option_index = start;
+        return false;
+    }
+    if (std::strcmp(current_element(scan), "--") == 0) {
+        char **const first = scan.vector + start;
+        std::rotate(first, first + scan.skipped, first + scan.skipped + 1);
+        option_index = start + 1;
+        return false;
+    }
+    return true;
+}
+
+/// Classifies the elements at the start of a new one.
+/// \return whether an option is current; if not, \p result is the result of the call.
+bool find_option_element(option_scan &scan, int &result)
+{
+    result = scan_end;
+    if (scan.mode == scan_mode::permute) {
+        return skip_operands(scan);
+    }
+    if (!is_operand(current_element(scan), scan.long_only)) {
+        return true;
+    }
+    if (scan.mode == scan_mode::return_in_order) {
+        option_code = operand_code;
+        option_argument = current_element(scan);
+        ++option_index;
+        result = operand_code;
+    }
+    return false;
+}
+
+/// Looks a name up: the first exact match wins unless a second abbreviated one stands before it.
+/// \return the record, or null when none matches or \p second tells of an ambiguity.
+const long_option *match_long_name(const long_option *table, const char *name, std::size_t length,
+                                   const long_option *&second)
+{
+    const long_option *first = nullptr;
+    for (const long_option *record = table; record->name != nullptr; ++record) {
+        if (std::strncmp(record->name, name, length) != 0) {
+            continue;
+        }
+        if (record->name[length] == '\0') {
+            return record;
+        }
+        if (first != nullptr) {
+            second = record;
+            return first;
+        }
+        first = record;
+    }
+    return first;
+}
+
+/// Tries the current element as a long option.
+/// \return false when it is ambiguous; otherwise \p found says whether there is one.
+bool find_long_option(const option_scan &scan, found_option &found)
+{
+    const char *const element = current_element(scan);
+    const bool two_dashes = element[0] == '-' && element[1] == '-';
+    if (scan.long_options == nullptr || option_position != 1 ||
+        !(two_dashes || (scan.long_only && element[0] != '\0'))) {
+        return true;
+    }
+    option_position = two_dashes ? 2 : 1;
+    const char *const name = element + option_position;
+    const std::size_t length = std::strcspn(name, "=");
+    const long_option *second = nullptr;
+    const long_option *const record = match_long_name(scan.long_options, name, length, second);
+    if (second != nullptr) {
+        complain_ambiguous(program_name(scan), element, record->name, second->name);
+        option_code = error_code;
+        // Deliberately the next call goes on within the element. Behind one dash that would be its
+        // start again.
+        scan_is_stuck = option_position == 1;
+        return false;
+    }
+    if (record != nullptr) {
+        found = {record, record->has_argument, name + length};
+    }
+    return true;
+}
+
+/// A program that moves option_index itself may leave the position behind the element's end.
+void keep_position_inside(const char *element)
+{
+    if (option_position < 0 || static_cast<std::size_t>(option_position) > std::strlen(element)) {
+        option_position = 1;
+    }
+}
+
+void finish_element()
+{
+    ++option_index;
+    option_position = 1;
+}
+
+/// Looks the current character up. \return false when there is no such option.
+bool find_short_option(const option_scan &scan, found_option &found)
+{
+    const char *const character = current_element(scan) + option_position;
+    const char *const entry =
+        *character != '\0' ? std::strchr(scan.short_options, *character) : nullptr;
+    if (entry != nullptr) {
+        const std::int32_t kind = entry[1] != ':'   ? no_argument
+                                  : entry[2] != ':' ? required_argument
+                                                    : optional_argument;
+        option_code = static_cast<unsigned char>(*character);
+        found = {nullptr, kind, character + 1};
+        return true;
+    }
+    complain_invalid(program_name(scan), *character);
+    option_code = error_code;
+    if (*character != '\0' && character[1] != '\0') {
+        ++option_position;
+    } else {
+        finish_element();
+    }
+    return false;
+}
+
+/// \return what is attached as an argument, null when nothing is.
+char *attached_argument(const found_option &found)
+{
+    const char *const text = found.attached[0] == '=' ? found.attached + 1 : found.attached;
+    return text[0] != '\0' ? const_cast<char *>(text) : nullptr; // an element is not constant
+}
+
+/// \return false when the argument is missing; \p used_next says that it was the next element.
+bool take_required_argument(const option_scan &scan, const found_option &found, bool &used_next)
+{
+    char *argument = attached_argument(found);
+    if (argument == nullptr && option_index + 1 < scan.count) {
+        argument = scan.vector[option_index + 1];
+        used_next = true;
+    }
+    if (argument != nullptr) {
+        option_argument = argument;
+        option_position = 1;
+        return true;
+    }
+    if (found.record != nullptr) {
+        complain_missing_argument(program_name(scan), found.record->name);
+    } else {
+        complain_missing_argument(program_name(scan), static_cast<char>(option_code));
+    }
+    ++option_index;
+    option_code = missing_argument_code;
+    return false;
+}
+
+/// Deliberately an absent argument leaves the position where it is, so that only an option at the
+/// start of its element finishes it; the next call goes on within the element, if it can.
+void take_optional_argument(const option_scan &scan, const found_option &found)
+{
+    option_argument = attached_argument(found);
+    if (option_argument != nullptr) {
+        option_position = 1;
+    } else if (option_position != 1) {
+        scan_is_stuck = found.record == nullptr || scan.short_options == nullptr;
+    }
+}
+
+void take_no_argument(const found_option &found)
+{
+    option_argument = nullptr;
+    const bool cluster_goes_on = found.record == nullptr && found.attached[0] != '\0';
+    option_position = cluster_goes_on ? option_position + 1 : 1;
+}
+
+/// Moves on behind a finished element, in front of the operands that were skipped before it.
+void advance(const option_scan &scan, int used_elements)
+{
+    if (option_position != 1) {
+        return;
+    }
+    char **const element = scan.vector + option_index;
+    char **const start = element - scan.skipped;
+    std::rotate(start, element, element + used_elements);
+    option_index += used_elements - scan.skipped;
+}
+
+int result_of(const found_option &found, const option_scan &scan, int *index)
+{
+    if (found.record == nullptr) {
+        return option_code;
+    }
+    if (index != nullptr) {
+        *index = static_cast<int>(found.record - scan.long_options);
+    }
+    if (found.record->flag == nullptr) {
+        return found.record->value;
+    }
+    *found.record->flag = found.record->value;
+    return 0;
+}
+
+/// Parses the option at the current position.
+int parse_current_option(const option_scan &scan, int *index)
+{
+    found_option found = {nullptr, no_argument, nullptr};
+    if (!find_long_option(scan, found)) {
+        return error_code;
+    }
+    if (found.record == nullptr && scan.short_options == nullptr) {
+        scan_is_stuck = option_position != 1;
+        advance(scan, 1);
+        return option_code;
+    }
+    if (found.record == nullptr && !find_short_option(scan, found)) {
+        return error_code;
+    }
+    bool used_next = false;
+    if (found.kind == required_argument) {
+        if (!take_required_argument(scan, found, used_next)) {
+            return missing_argument_code;
+        }
+    } else if (found.kind == optional_argument) {
+        take_optional_argument(scan, found);
+    } else {
+        take_no_argument(found);
+    }
+    advance(scan, used_next ? 2 : 1);
+    return result_of(found, scan, index);
+}
+
+} // namespace
+
+int parse_options(int count, char **vector, const char *short_options,
+                  const long_option *long_options, int *index, int long_only)
+{
+    const int refusal = refuse_bad_call(count, vector, short_options, long_options);
+    if (refusal != 0) {
+        return refusal;
+    }
+    option_scan scan = begin_call(count, vector, short_options, long_options, long_only);
+    if (option_index == 0) {
+        scan_is_stuck = false;
+    }
+    if (scan_is_stuck || is_past_the_end(scan)) {
+        return scan_end;
+    }
+    // Deliberately before the restart, which therefore does not look at element 1 here.
+    if (std::strcmp(current_element(scan), "--") == 0) {
+        ++option_index;
+        return scan_end;
+    }
+    if (option_index == 0) {
+        option_index = 1;
+        option_position = 1;
+        if (is_past_the_end(scan)) {
+            return scan_end;
+        }
+    }
+    keep_position_inside(current_element(scan));
+    int result;
+    if (option_position == 1 && !find_option_element(scan, result)) {
+        return result;
+    }
+    return parse_current_option(scan, index);
+}
+
+int get_options(int count, char **vector, const char *short_options)
+{
+    return parse_options(count, vector, short_options, nullptr, nullptr, 0);
+}
+
+int get_long_options(int count, char **vector, const char *short_options,
+                     const long_option *long_options, int *index)
+{
+    return parse_options(count, vector, short_options, long_options, index, 0);
+}
+
+int get_long_options_only(int count, char **vector, const char *short_options,
+                          const long_option *long_options, int *index)
+{
+    return parse_options(count, vector, short_options, long_options, index, 1);
+}
