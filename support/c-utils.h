@@ -10,6 +10,7 @@
 #include "support/c-utils/calendar.h"
 #include "support/c-utils/clock.h"
 #include "support/c-utils/copy.h"
+#include "support/c-utils/files.h"
 #include "support/c-utils/format.h"
 #include "support/c-utils/numbers.h"
 #include "support/c-utils/parse_float.h"
