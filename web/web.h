@@ -7,7 +7,9 @@
 
 #include "web/base64.h"
 #include "web/form.h"
+#include "web/proxy.h"
 #include "web/reply_status.h"
 #include "web/request.h"
 #include "web/transaction.h"
+#include "web/update.h"
 #include "web/web_error.h"
