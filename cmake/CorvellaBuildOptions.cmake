@@ -19,6 +19,10 @@ target_compile_options(corvella_build_options INTERFACE
 if(CORVELLA_DEVELOPING)
   target_compile_options(corvella_build_options INTERFACE -Werror)
 endif()
+if(APPLE)
+  # Launch Services, Gestalt and their kin: deprecated, and what this system is made for.
+  target_compile_options(corvella_build_options INTERFACE -Wno-deprecated-declarations)
+endif()
 if(CORVELLA_TARGET_IS_I386)
   target_compile_options(corvella_build_options INTERFACE -msse2 -mfpmath=sse)
   target_compile_definitions(corvella_build_options INTERFACE _FILE_OFFSET_BITS=64)

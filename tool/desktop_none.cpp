@@ -1,0 +1,9 @@
+#include "support/error.h"
+#include "tool/desktop.h"
+
+exit_status open_on_desktop(const char *target)
+{
+    report_message(9, "Open of %s failed: this system has no service that opens documents.\n",
+                   target);
+    return EXIT_FAILED;
+}

@@ -1,0 +1,93 @@
+#include "tool/exchange.h"
+
+#include <csignal>
+#include <cstdio>
+#include <unistd.h>
+
+#include "support/c-utils.h"
+#include "support/error.h"
+
+namespace {
+
+/// Seconds that the waiting line shows; 0 while there is none.
+int shown_seconds = 0;
+
+void request_cancel(int)
+{
+    web_cancel_requested = 1;
+}
+
+void catch_interrupt()
+{
+    struct sigaction action = {};
+    action.sa_handler = request_cancel;
+    // The second one finds the default again. No restart: a wait is to notice the first.
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGINT, &action, nullptr);
+}
+
+void show_waiting(void *)
+{
+    const int seconds = static_cast<int>(elapsed_time());
+    if (seconds > shown_seconds) {
+        shown_seconds = seconds;
+        print_indented("\rWaiting for the web site: %d s", seconds);
+    }
+}
+
+void wipe_waiting()
+{
+    if (shown_seconds > 0) {
+        print_indented("\r%40s\r", "");
+        shown_seconds = 0;
+    }
+}
+
+const char *null_if_empty(const char *text)
+{
+    return text[0] != '\0' ? text : nullptr;
+}
+
+exit_status status_of(int result)
+{
+    switch (result) {
+    case 0:
+        return EXIT_DONE;
+    case 1:
+        return EXIT_TIMED_OUT;
+    case 2:
+        return EXIT_CANCELLED;
+    default:
+        // An interrupted connection attempt fails before the transaction looks at the request.
+        return web_cancel_requested != 0 ? EXIT_CANCELLED : EXIT_FAILED;
+    }
+}
+
+} // namespace
+
+proxy_arguments proxy_arguments_of(const ProxySettings &settings)
+{
+    return {null_if_empty(settings.proxy_host), static_cast<std::uint16_t>(settings.proxy_port),
+            null_if_empty(settings.user), null_if_empty(settings.password)};
+}
+
+void begin_exchange()
+{
+    catch_interrupt();
+    if (isatty(STDERR_FILENO) != 0) {
+        start_timer();
+        set_web_idle_callback(show_waiting, nullptr);
+    }
+}
+
+exit_status end_exchange(int result)
+{
+    set_web_idle_callback(nullptr, nullptr);
+    wipe_waiting();
+    if (result != 0) {
+        const char *const reason = web_last_error();
+        report_message(9, "%s\n", reason[0] != '\0' ? reason : "The reply has no message.");
+    }
+    return status_of(result);
+}

@@ -1,0 +1,55 @@
+// The program corvella: a thin caller of the support layer.
+#include <cstring>
+
+#include "support/error.h"
+#include "tool/commands.h"
+#include "tool/option_table.h"
+#include "tool/output.h"
+
+namespace {
+
+struct command_entry {
+    const char *name;
+    exit_status (*run)(const command_line &line);
+};
+
+constexpr command_entry commands[] = {
+    {"get", get_command},           {"post", post_command}, {"update", update_command},
+    {"describe", describe_command}, {"open", open_command},
+};
+
+exit_status run_command(const command_line &line)
+{
+    if (line.command == nullptr) {
+        complain_of_usage("A command is needed.");
+        return EXIT_USAGE;
+    }
+    for (const command_entry &command : commands) {
+        if (std::strcmp(command.name, line.command) == 0) {
+            return command.run(line);
+        }
+    }
+    complain_of_usage("There is no such command.");
+    return EXIT_USAGE;
+}
+
+} // namespace
+
+int main(int count, char **vector)
+{
+    command_line line;
+    if (!read_command_line(count, vector, line)) {
+        return EXIT_USAGE;
+    }
+    if (line.automated) {
+        frame_output();
+    }
+    if (line.help) {
+        return write_standard_output(usage_text()) ? EXIT_DONE : EXIT_FAILED;
+    }
+    if (line.version) {
+        say_result("version", "corvella " CORVELLA_VERSION);
+        return EXIT_DONE;
+    }
+    return run_command(line);
+}

@@ -1,0 +1,37 @@
+/// \file
+/// The options of the program: one table for the parser and the usage text.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "support/options.h"
+
+/// What an option means; the code that the parser returns for it.
+enum option_meaning {
+    OPTION_PROXY = 256, // beyond every character
+    OPTION_PROXY_USER,
+    OPTION_PROXY_PASS,
+    OPTION_OUTPUT,
+    OPTION_HEADER,
+    OPTION_AUTOMATED,
+    OPTION_HELP,
+    OPTION_SHOW_VERSION,
+    OPTION_PRODUCT,
+    OPTION_PRODUCTLINE,
+    OPTION_VERSION,
+    OPTION_VERSION_NAME,
+    OPTION_OS,
+    OPTION_OS_VERSION,
+    OPTION_MACHINE_ID,
+    OPTION_ARCH,
+    OPTION_OPEN,
+};
+
+/// \return the parser's table for what stands behind \p command, which is null before the command.
+/// "-version" asks for the program's own version, except behind the command `update`, where it
+/// gives the product's.
+std::vector<long_option> options_of_command(const char *command);
+
+/// \return the whole usage text.
+std::string usage_text();

@@ -1,0 +1,120 @@
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "support/error.h"
+#include "tool/commands.h"
+#include "tool/exchange.h"
+#include "tool/output.h"
+
+namespace {
+
+/// A form field of the command line, divided at its first "=".
+struct named_value {
+    std::string name;
+    const char *value;
+};
+
+void free_text(char **text)
+{
+    std::free(*text);
+}
+
+/// Whether a URL can stand in a request line: blanks and control bytes would divide the line.
+bool is_sendable(const char *url)
+{
+    for (const char *c = url; *c != '\0'; ++c) {
+        const unsigned char byte = static_cast<unsigned char>(*c);
+        if (byte <= ' ' || byte == 0x7f) {
+            return false;
+        }
+    }
+    return url[0] != '\0';
+}
+
+/// \return false, after a complaint, when an argument has no "=".
+bool read_fields(const command_line &line, std::vector<named_value> &fields)
+{
+    for (std::size_t i = 1; i < line.operands.size(); ++i) {
+        const char *const field = line.operands[i];
+        const char *const equals = std::strchr(field, '=');
+        if (equals == nullptr) {
+            complain_of_usage("A form field is given as NAME=VALUE.");
+            return false;
+        }
+        fields.push_back({std::string(field, equals), equals + 1});
+    }
+    return true;
+}
+
+bool write_reply(const command_line &line, const char *header, const char *body)
+{
+    // The header text ends before the line feed of its empty line.
+    if (line.header && (!write_standard_output(header) || !write_standard_output("\n"))) {
+        return false;
+    }
+    return line.output != nullptr ? write_output_file(line.output, body)
+                                  : write_standard_output(body);
+}
+
+exit_status exchange(const command_line &line, const char *method,
+                     const std::vector<FormField> &fields)
+{
+    char *header = nullptr;
+    char *body = nullptr;
+    const std::unique_ptr<char *, void (*)(char **)> header_owner(&header, free_text);
+    const std::unique_ptr<char *, void (*)(char **)> body_owner(&body, free_text);
+    const proxy_arguments proxy = proxy_arguments_of(line.proxy);
+
+    begin_exchange();
+    int result =
+        web_request(line.operands[0], method, static_cast<int>(fields.size()), fields.data(),
+                    &header, &body, proxy.host, proxy.port, proxy.user, proxy.password);
+    if (result == 0) {
+        result = check_reply_status(header);
+    }
+    const exit_status status = end_exchange(result);
+    if (status != EXIT_DONE) {
+        return status;
+    }
+    return write_reply(line, header, body) ? EXIT_DONE : EXIT_FAILED;
+}
+
+bool has_url(const command_line &line)
+{
+    if (line.operands.empty() || !is_sendable(line.operands[0])) {
+        complain_of_usage("A URL is needed, without blanks and control characters.");
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+exit_status get_command(const command_line &line)
+{
+    if (!has_url(line)) {
+        return EXIT_USAGE;
+    }
+    if (line.operands.size() > 1) {
+        complain_of_usage("get takes one URL.");
+        return EXIT_USAGE;
+    }
+    return exchange(line, "GET", {});
+}
+
+exit_status post_command(const command_line &line)
+{
+    std::vector<named_value> named_values;
+    if (!has_url(line) || !read_fields(line, named_values)) {
+        return EXIT_USAGE;
+    }
+    std::vector<FormField> fields;
+    for (const named_value &field : named_values) {
+        fields.push_back({field.name.c_str(), field.value});
+    }
+    return exchange(line, "POST", fields);
+}

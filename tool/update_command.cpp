@@ -1,0 +1,123 @@
+#include <cstring>
+#include <string>
+#include <sys/utsname.h>
+
+#include "support/c-utils.h"
+#include "support/error.h"
+#include "tool/commands.h"
+#include "tool/desktop.h"
+#include "tool/exchange.h"
+#include "tool/output.h"
+
+namespace {
+
+constexpr int reply_size = 4096;
+
+/// The reply's fields; empty where the reply has none.
+struct update_reply_texts {
+    char message[reply_size];
+    char version[reply_size];
+    char url[reply_size];
+    char button[reply_size];
+};
+
+/// What describes this machine where the command line does not.
+struct machine_texts {
+    char os[16];
+    char os_version[32];
+    char host_name[256];
+    utsname system;
+};
+
+void describe_machine(machine_texts &machine)
+{
+    machine = {};
+    get_os_name(machine.os);
+    get_os_version(machine.os_version, sizeof machine.os_version);
+    get_host_name(machine.host_name, sizeof machine.host_name);
+    uname(&machine.system);
+}
+
+const char *given_or(const char *given, const char *otherwise)
+{
+    return given != nullptr ? given : otherwise;
+}
+
+/// \return false, after a complaint, when something required is missing or wrong.
+bool check_options(const update_options &options, float &version)
+{
+    if (options.product == nullptr || options.productline == nullptr ||
+        options.version == nullptr) {
+        complain_of_usage("update needs -product, -productline and -version.");
+        return false;
+    }
+    if (parse_float(options.version, &version) == 0) {
+        complain_of_usage("-version takes a number.");
+        return false;
+    }
+    return true;
+}
+
+int query(const command_line &line, float version, update_reply_texts &reply)
+{
+    const update_options &options = line.update;
+    const proxy_arguments proxy = proxy_arguments_of(line.proxy);
+    machine_texts machine;
+    describe_machine(machine);
+    return query_product_update(
+        options.product, options.productline, version,
+        given_or(options.version_name, options.version), given_or(options.os, machine.os),
+        given_or(options.os_version, machine.os_version),
+        given_or(options.machine_id, machine.host_name),
+        given_or(options.arch, machine.system.machine), reply_size, reply.message, reply.version,
+        reply.url, reply.button, proxy.host, proxy.port, proxy.user, proxy.password);
+}
+
+/// Says a field of the reply, without the line ends behind it.
+void say_field(const char *name, const char *value)
+{
+    std::string text = value;
+    text.erase(text.find_last_not_of("\r\n") + 1);
+    if (!text.empty()) {
+        say_result("update", (std::string(name) + ": " + text).c_str());
+    }
+}
+
+/// Takes the carriage return off a URL of a reply with such line ends.
+void trim_url(char *url)
+{
+    url[std::strcspn(url, "\r\n")] = '\0';
+}
+
+} // namespace
+
+exit_status update_command(const command_line &line)
+{
+    float version = 0.0f;
+    if (!line.operands.empty()) {
+        complain_of_usage("update takes options only.");
+        return EXIT_USAGE;
+    }
+    if (!check_options(line.update, version)) {
+        return EXIT_USAGE;
+    }
+    update_reply_texts reply = {};
+    begin_exchange();
+    const exit_status status = end_exchange(query(line, version, reply));
+    if (status != EXIT_DONE) {
+        return status;
+    }
+    trim_url(reply.url);
+    say_field("Message", reply.message);
+    say_field("Version", reply.version);
+    say_field("Button", reply.button);
+    say_field("URL", reply.url);
+    if (!line.open) {
+        return EXIT_DONE;
+    }
+    if (reply.url[0] == '\0') {
+        report_message(9, "The reply has no URL to open.\n");
+        return EXIT_FAILED;
+    }
+    return open_on_desktop(reply.url);
+}
