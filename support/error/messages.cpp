@@ -30,7 +30,9 @@ int report_message(int level, const char *format, ...)
     // Deliberately the text keeps its own newline in this copy, and the levels without a label
     // keep the colon.
     char line[message_size];
-    std::snprintf(line, sizeof line, "%s: %s\n", message_label(level), text);
+    if (std::snprintf(line, sizeof line, "%s: %s\n", message_label(level), text) < 0) {
+        line[0] = '\0';
+    }
     print_indented("%s", line);
     int result = record_timestamped_line(line);
     // Deliberately the message is shown a second time: the hook forms its own line.
