@@ -96,7 +96,8 @@ std::int32_t today_day_number()
     if (today == nullptr) {
         return 0; // a clock so far off that its year cannot be held
     }
-    return day_number_from_date(today->tm_year + 1900, today->tm_mon + 1, today->tm_mday);
+    return day_number_from_date(wrapped(std::int64_t{today->tm_year} + 1900), today->tm_mon + 1,
+                                today->tm_mday);
 }
 
 int parse_date(const char *text, std::int32_t *day_number)

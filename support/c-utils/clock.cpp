@@ -34,7 +34,8 @@ std::int32_t whole_milliseconds(float milliseconds)
 double current_time_seconds()
 {
     const timeval time = now();
-    return static_cast<double>(time.tv_sec - TIME_BASE_SECONDS) +
+    // Subtracted as doubles, which hold both exactly and cannot overflow.
+    return static_cast<double>(time.tv_sec) - TIME_BASE_SECONDS +
            static_cast<double>(time.tv_usec) * seconds_per_microsecond;
 }
 
@@ -49,7 +50,8 @@ std::uint32_t current_time_milliseconds()
 void start_timer()
 {
     const timeval time = now();
-    const std::int32_t seconds = static_cast<std::int32_t>(time.tv_sec - TIME_BASE_SECONDS);
+    const std::int32_t seconds = static_cast<std::int32_t>(
+        static_cast<std::uint32_t>(time.tv_sec) - static_cast<std::uint32_t>(TIME_BASE_SECONDS));
     timer_start_mark = seconds + static_cast<double>(time.tv_usec) * seconds_per_microsecond;
 }
 
