@@ -74,6 +74,7 @@ int get_long_options_only(int count, char **vector, const char *short_options,
 /// stored through its flag; 1 for an operand returned in order; '?' for an unknown or ambiguous
 /// option and for a call without elements or descriptions; ':' for a missing argument; -1 at the
 /// end. A call that could only be repeated with the same result is the last of its scan: the next
-/// one returns -1 until option_index is set to 0, so that a loop until -1 always ends.
+/// one returns -1 until option_index is set to 0, so that a loop until -1 ends for every vector.
+/// Only a call without elements or descriptions is answered '?' each time.
 int parse_options(int count, char **vector, const char *short_options,
                   const long_option *long_options, int *index, int long_only);

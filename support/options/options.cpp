@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "support/options/bad_call.h"
 #include "support/options/diagnostics.h"
 #include "support/options/number_text.h"
 
@@ -325,20 +324,23 @@ int parse_current_option(const option_scan &scan, int *index)
 int parse_options(int count, char **vector, const char *short_options,
                   const long_option *long_options, int *index, int long_only)
 {
-    const int refusal = refuse_bad_call(count, vector, short_options, long_options);
-    if (refusal != 0) {
-        return refusal;
+    if (count == 0 || vector == nullptr || (short_options == nullptr && long_options == nullptr)) {
+        option_code = error_code;
+        return error_code;
     }
     option_scan scan = begin_call(count, vector, short_options, long_options, long_only);
     if (option_index == 0) {
         scan_is_stuck = false;
     }
-    if (scan_is_stuck || is_past_the_end(scan)) {
+    if (is_past_the_end(scan)) {
         return scan_end;
     }
     // Deliberately before the restart, which therefore does not look at element 1 here.
     if (std::strcmp(current_element(scan), "--") == 0) {
         ++option_index;
+        return scan_end;
+    }
+    if (scan_is_stuck) {
         return scan_end;
     }
     if (option_index == 0) {
