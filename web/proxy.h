@@ -25,9 +25,9 @@ bool system_http_proxy(char *host_buffer, std::size_t buffer_size, std::int32_t 
 /// Fills the settings from the command line, or else from the system.
 ///
 /// Each option is its argument, or null when it was not given. \p proxy_option is "host:port",
-/// divided at the first ":". The port is read as a decimal number, one beyond 32 bits as the nearest
-/// one inside; whether it is a port at all, 1 to 65535, is for the caller to check. The other two
-/// count only together with it, deliberately. A text of more than 255 characters is cut.
+/// divided at the first ":". The port is read as a decimal number, one beyond 32 bits as the
+/// nearest one inside; whether it is a port at all, 1 to 65535, is for the caller to check. The
+/// other two count only together with it, deliberately. A text of more than 255 characters is cut.
 ///
 /// \return 0; -1 when \p proxy_option has no ":" or its port reads as 0, and the settings are then
 /// not to be used.

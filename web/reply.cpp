@@ -6,7 +6,6 @@
 
 #include "web/reply_text.h"
 #include "web/result.h"
-#include "web/transaction.h"
 #include "web/wait.h"
 #include "web/web_error.h"
 
@@ -18,33 +17,6 @@ constexpr timeval header_slice = {0, 100000};
 constexpr timeval body_slice = {SILENCE_LIMIT_SECONDS, 0};
 
 constexpr std::size_t chunk_size = 1023;
-
-int time_out()
-{
-    set_web_error("Timeout waiting for web site");
-    return WEB_TIMED_OUT;
-}
-
-int cancel()
-{
-    set_web_error("User canceled web transaction");
-    web_cancel_requested = 0;
-    return WEB_CANCELLED;
-}
-
-/// Waits for the next bytes. \return WEB_DONE when they are there; otherwise why not.
-int wait_for_bytes(int socket, timeval slice)
-{
-    switch (wait_readable(socket, slice)) {
-    case wait_result::timed_out:
-        return time_out();
-    case wait_result::cancelled:
-        return cancel();
-    case wait_result::readable:
-        break;
-    }
-    return WEB_DONE;
-}
 
 bool was_interrupted(ssize_t received)
 {
@@ -95,13 +67,13 @@ int receive_header(int socket, reply_text &header)
     bool line_is_empty = true;
     char byte;
     do {
-        const int waited = wait_for_bytes(socket, header_slice);
+        const int waited = finish_wait(wait_readable(socket, header_slice));
         if (waited != WEB_DONE) {
             return waited;
         }
         const ssize_t received = receive_byte(socket, byte);
         if (was_interrupted(received)) {
-            return time_out();
+            return finish_wait(wait_result::timed_out);
         }
         if (received < 0) {
             set_receive_error();
@@ -116,7 +88,7 @@ int receive_header(int socket, reply_text &header)
 int receive_body(int socket, reply_text &body)
 {
     for (;;) {
-        const int waited = wait_for_bytes(socket, body_slice);
+        const int waited = finish_wait(wait_readable(socket, body_slice));
         if (waited != WEB_DONE) {
             return waited;
         }

@@ -11,9 +11,10 @@
 ///
 /// The scheme is what stands before the first ":" ("HTTP" when there is none), the host the longest
 /// run of ASCII letters, digits, "-", "." and ":" behind an optional "//", in upper case, cut at
-/// its first ":"; the port is the decimal number behind that, cut to 16 bits (0 when it is none),
-/// or 80. The request target is the whole URL as given. The URL may have any length; it must not
-/// come from somebody else unchecked, see web_transaction().
+/// its first ":"; the port is the decimal number behind that, one beyond 32
+/// bits taken as the nearest one inside, cut to 16 bits (0 when it is none), or 80. The request
+/// target is the whole URL as given. The URL may have any length; it must not come from somebody
+/// else unchecked, see web_transaction().
 ///
 /// The form's header lines are deliberately sent with a GET too, whose body is not.
 ///

@@ -12,7 +12,6 @@
 #include "web/base64.h"
 #include "web/socket_sends.h"
 #include "web/transaction.h"
-#include "web/wait.h"
 
 namespace {
 
@@ -30,34 +29,43 @@ void wipe_and_free(char *text)
     checked_free(text);
 }
 
-/// Whether a send that was interrupted is tried again: not when the user wants to stop, nor when
-/// signals keep it from any progress for as long as a silent peer is given.
-bool goes_on_after_signal(std::uint32_t &deadline, bool &interrupted)
+/// The sending of one request.
+struct request_sender {
+    int socket;
+    wait_result result; ///< ready until the peer is given up
+};
+
+/// Whether the user or the clock ends the sending of a piece that has not all gone yet.
+wait_result judge_delay(std::uint32_t deadline)
 {
-    if (!interrupted) {
-        interrupted = true;
-        deadline = silence_deadline();
+    if (web_cancel_requested != 0) {
+        return wait_result::cancelled;
     }
-    return web_cancel_requested == 0 && !deadline_passed(deadline);
+    return deadline_passed(deadline) ? wait_result::timed_out : wait_result::ready;
 }
 
-void send_text(int socket, std::string_view text, bool more)
+/// \param more whether other pieces follow at once
+void send_text(request_sender &sender, std::string_view text, bool more)
 {
-    bool interrupted = false;
-    std::uint32_t deadline = 0;
-    while (!text.empty()) {
-        const ssize_t sent = send_piece(socket, text.data(), text.size(), more);
+    std::uint32_t deadline = silence_deadline();
+    while (!text.empty() && sender.result == wait_result::ready) {
+        const ssize_t sent = send_piece(sender.socket, text.data(), text.size(), more);
+        const int error = sent < 0 ? errno : 0;
         if (sent >= 0) {
             text.remove_prefix(static_cast<std::size_t>(sent));
-            interrupted = false;
-        } else if (errno != EINTR || !goes_on_after_signal(deadline, interrupted)) {
-            shutdown(socket, SHUT_WR); // or the pieces behind would make another request of it
+            deadline = silence_deadline();
+        }
+        if (!text.empty()) {
+            sender.result = judge_delay(deadline);
+        }
+        if (sender.result == wait_result::ready && error != 0 && error != EINTR) {
+            shutdown(sender.socket, SHUT_WR); // or the pieces behind would make another request
             return;
         }
     }
 }
 
-void send_credentials(int socket, const char *user, const char *password)
+void send_credentials(request_sender &sender, const char *user, const char *password)
 {
     const std::size_t user_length = std::strlen(user);
     const std::size_t password_length = std::strlen(password);
@@ -71,35 +79,37 @@ void send_credentials(int socket, const char *user, const char *password)
     const int count = static_cast<int>(length); // the line end is no part of the credentials
     const std::size_t encoded_size = static_cast<std::size_t>(base64_encoded_length(count)) + 1;
     const secret_text encoded(static_cast<char *>(checked_malloc(encoded_size)), wipe_and_free);
-    send_text(socket, base64_encode(plain.get(), count, encoded.get()), true);
+    send_text(sender, base64_encode(plain.get(), count, encoded.get()), true);
 }
 
 } // namespace
 
-void send_request(int socket, const web_message &message)
+wait_result send_request(int socket, const web_message &message)
 {
+    request_sender sender = {socket, wait_result::ready};
     const bool posts = std::strcmp(message.method, "POST") == 0;
     const std::string_view body = posts ? message.body : std::string_view();
 
-    send_text(socket, posts ? "POST " : "GET ", true);
-    send_text(socket, message.target, true);
-    send_text(socket, " HTTP/1.0\r\n", true);
-    send_text(socket, "Accept: image/gif, image/x-xbitmap, image/jpeg, image/pjpeg, */*\r\n", true);
-    send_text(socket, "Accept-Language: en-us\r\n", true);
-    send_text(socket, "User-Agent: Morvane_Auto1\r\n", true);
-    send_text(socket, "Referer: www." CORVELLA_MAKER_DOMAIN "\r\n", true);
+    send_text(sender, posts ? "POST " : "GET ", true);
+    send_text(sender, message.target, true);
+    send_text(sender, " HTTP/1.0\r\n", true);
+    send_text(sender, "Accept: image/gif, image/x-xbitmap, image/jpeg, image/pjpeg, */*\r\n", true);
+    send_text(sender, "Accept-Language: en-us\r\n", true);
+    send_text(sender, "User-Agent: Morvane_Auto1\r\n", true);
+    send_text(sender, "Referer: www." CORVELLA_MAKER_DOMAIN "\r\n", true);
     if (message.extra_headers != nullptr && message.extra_headers[0] != '\0') {
-        send_text(socket, message.extra_headers, true);
-        send_text(socket, "\r\n", true);
+        send_text(sender, message.extra_headers, true);
+        send_text(sender, "\r\n", true);
     }
-    send_text(socket, "Host: ", true);
-    send_text(socket, message.host, true);
-    send_text(socket, "\r\n", true);
+    send_text(sender, "Host: ", true);
+    send_text(sender, message.host, true);
+    send_text(sender, "\r\n", true);
     if (message.user != nullptr && message.password != nullptr) {
-        send_text(socket, "Authorization: Basic ", true);
-        send_credentials(socket, message.user, message.password);
-        send_text(socket, "\r\n", true);
+        send_text(sender, "Authorization: Basic ", true);
+        send_credentials(sender, message.user, message.password);
+        send_text(sender, "\r\n", true);
     }
-    send_text(socket, "\r\n", !body.empty());
-    send_text(socket, body, false);
+    send_text(sender, "\r\n", !body.empty());
+    send_text(sender, body, false);
+    return sender.result;
 }

@@ -4,6 +4,8 @@
 
 #include <string_view>
 
+#include "web/wait.h"
+
 /// What a request says; the texts are those of web_transaction().
 struct web_message {
     const char *host;
@@ -17,5 +19,7 @@ struct web_message {
 
 /// Sends the request in pieces. A failure is not reported: it shows when the reply is received. But
 /// a request that has lost a piece is never completed: the pieces behind it cannot be sent.
-/// \throws std::bad_alloc when memory for the credentials is exhausted.
-void send_request(int socket, const web_message &message);
+/// \return wait_result::ready when the reply can be waited for; timed_out when the peer took
+/// nothing for SILENCE_LIMIT_SECONDS, cancelled when the user asked for it while the peer took
+/// nothing. \throws std::bad_alloc when memory for the credentials is exhausted.
+wait_result send_request(int socket, const web_message &message);

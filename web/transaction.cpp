@@ -8,6 +8,7 @@
 #include "web/request_lines.h"
 #include "web/result.h"
 #include "web/socket_sends.h"
+#include "web/wait.h"
 #include "web/web_error.h"
 
 int web_transaction(const char *scheme, const char *host, const char *target, std::uint16_t port,
@@ -32,6 +33,7 @@ int web_transaction(const char *scheme, const char *host, const char *target, st
         return WEB_FAILED;
     }
     prepare_sends(socket);
-    send_request(socket, {host, target, method, extra_headers, body, user, password});
-    return receive_reply(socket, header_out, body_out);
+    const web_message message = {host, target, method, extra_headers, body, user, password};
+    const int sent = finish_wait(send_request(socket, message));
+    return sent == WEB_DONE ? receive_reply(socket, header_out, body_out) : sent;
 }

@@ -47,8 +47,9 @@ void set_web_idle_callback(WebIdleCallback callback, void *argument);
 /// Both texts are blocks of the system allocator, given back with free(); the caller sets both to
 /// null before and releases what is not null after.
 ///
-/// \return 0 done; -1 failed; 1 nothing could be received for 10 s; 2 cancelled. When it is not 0,
-/// web_last_error() has the reason. An earlier error text is not cleared by success.
+/// \return 0 done; -1 failed; 1 the server sent nothing, or took nothing of the request, for 10 s;
+/// 2 cancelled. When it is not 0, web_last_error() has the reason. An earlier error text is not
+/// cleared by success.
 /// \throws std::bad_alloc when memory is exhausted.
 int web_transaction(const char *scheme, const char *host, const char *target, std::uint16_t port,
                     const char *method, const char *extra_headers, std::string_view body,

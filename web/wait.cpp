@@ -3,7 +3,9 @@
 #include <sys/select.h>
 
 #include "support/c-utils.h"
+#include "web/result.h"
 #include "web/transaction.h"
+#include "web/web_error.h"
 
 volatile std::sig_atomic_t web_cancel_requested = 0;
 
@@ -40,7 +42,7 @@ wait_result wait_readable(int socket, timeval slice)
         FD_SET(socket, &readable);
         timeval limit = slice; // some systems count it down
         if (select(WAIT_DESCRIPTORS, &readable, nullptr, nullptr, &limit) > 0) {
-            return FD_ISSET(socket, &readable) ? wait_result::readable : wait_result::timed_out;
+            return FD_ISSET(socket, &readable) ? wait_result::ready : wait_result::timed_out;
         }
         if (web_cancel_requested != 0) {
             return wait_result::cancelled;
@@ -50,4 +52,20 @@ wait_result wait_readable(int socket, timeval slice)
         }
     }
     return wait_result::timed_out;
+}
+
+int finish_wait(wait_result result)
+{
+    switch (result) {
+    case wait_result::timed_out:
+        set_web_error("Timeout waiting for web site");
+        return WEB_TIMED_OUT;
+    case wait_result::cancelled:
+        set_web_error("User canceled web transaction");
+        web_cancel_requested = 0;
+        return WEB_CANCELLED;
+    case wait_result::ready:
+        break;
+    }
+    return WEB_DONE;
 }

@@ -11,11 +11,16 @@ constexpr int WAIT_DESCRIPTORS = 1024;
 /// Silence after which a peer is given up.
 constexpr int SILENCE_LIMIT_SECONDS = 10;
 
-enum class wait_result { readable, timed_out, cancelled };
+enum class wait_result { ready, timed_out, cancelled };
 
 /// Waits until \p socket can be read, for at most SILENCE_LIMIT_SECONDS, in slices of \p slice.
 /// After each slice without news, a requested cancellation is honoured or the idle callback called.
 wait_result wait_readable(int socket, timeval slice);
+
+/// Sets the error text of a wait that was in vain. \return the web_result that says the same;
+/// WEB_DONE, and no text, for wait_result::ready. A cancellation is honoured by this: the request
+/// is taken back.
+int finish_wait(wait_result result);
 
 /// \return the millisecond counter SILENCE_LIMIT_SECONDS from now.
 std::uint32_t silence_deadline();

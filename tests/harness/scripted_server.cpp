@@ -6,6 +6,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <stdexcept>
 #include <sys/socket.h>
@@ -46,8 +47,7 @@ bool ScriptedConnection::ready(short events)
     return socket_ >= 0 && server_.wait_for(socket_, events, longest_wait_ms);
 }
 
-bool ScriptedConnection::collect_until(
-    const std::function<bool(const std::string &received)> &done)
+bool ScriptedConnection::collect_until(const std::function<bool(const std::string &received)> &done)
 {
     std::array<char, 65536> block;
     while (!done(received_)) {
@@ -101,6 +101,11 @@ void ScriptedConnection::close()
     }
 }
 
+void ScriptedConnection::half_close()
+{
+    shutdown(socket_, SHUT_WR);
+}
+
 void ScriptedConnection::reset()
 {
     const linger at_once = {1, 0};
@@ -147,14 +152,20 @@ ScriptStep send_one_by_one(std::string bytes, int milliseconds)
 
 ScriptStep pause_for(int milliseconds)
 {
-    return [milliseconds](ScriptedConnection &connection) {
-        return connection.wait(milliseconds);
-    };
+    return [milliseconds](ScriptedConnection &connection) { return connection.wait(milliseconds); };
 }
 
 ScriptStep stay_silent()
 {
     return [](ScriptedConnection &connection) { return connection.wait_for_release(); };
+}
+
+ScriptStep half_close()
+{
+    return [](ScriptedConnection &connection) {
+        connection.half_close();
+        return true;
+    };
 }
 
 ScriptStep close_connection()
@@ -257,6 +268,8 @@ void ScriptedServer::run(bool accepting)
 void ScriptedServer::serve(int socket)
 {
     fcntl(socket, F_SETFL, O_NONBLOCK);
+    const int at_once = 1;
+    setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &at_once, sizeof at_once);
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         requests_.emplace_back();

@@ -24,10 +24,10 @@
 
 class ScriptedServer;
 
-/// What a step may do with the connection that it serves. All but the last two return false when
+/// What a step may do with the connection that it serves. Where a result is given, it is false when
 /// the client has gone, the server is being stopped, or the time has run out.
 class ScriptedConnection {
-  public:
+public:
     ScriptedConnection(ScriptedServer &server, int socket) : server_(server), socket_(socket) {}
     ScriptedConnection(const ScriptedConnection &) = delete;
     ScriptedConnection &operator=(const ScriptedConnection &) = delete;
@@ -42,10 +42,12 @@ class ScriptedConnection {
     bool wait(int milliseconds);
     bool wait_for_release();
     void close();
+    /// Sends no more, but can still receive.
+    void half_close();
     /// Closes so that the client sees "connection reset by peer".
     void reset();
 
-  private:
+private:
     bool ready(short events);
 
     ScriptedServer &server_;
@@ -67,11 +69,13 @@ ScriptStep send_one_by_one(std::string bytes, int milliseconds = 0);
 ScriptStep pause_for(int milliseconds);
 /// Stays silent until ScriptedServer::release(); the client may meanwhile go.
 ScriptStep stay_silent();
+/// Ends the reply, but leaves the connection open for what the client may still send.
+ScriptStep half_close();
 ScriptStep close_connection();
 ScriptStep reset_connection();
 
 class ScriptedServer {
-  public:
+public:
     /// Listens from here on. With \p accepting false, clients get a connection from the system that
     /// nobody ever reads.
     /// \throws std::runtime_error when there is no socket to be had.
@@ -96,7 +100,7 @@ class ScriptedServer {
     /// How many connections there were; stops the server.
     std::size_t connection_count();
 
-  private:
+private:
     friend class ScriptedConnection;
 
     void run(bool accepting);
@@ -106,10 +110,10 @@ class ScriptedServer {
     void record(std::string_view bytes);
 
     ServerScript script_;
-    int listener_ = -1;
+    std::uint16_t port_ = 0;
+    int listener_;
     int stop_pipe_[2] = {-1, -1};
     int release_pipe_[2] = {-1, -1};
-    std::uint16_t port_ = 0;
     std::mutex mutex_; ///< guards the two below
     std::vector<std::string> requests_;
     std::size_t served_ = 0;
@@ -118,7 +122,7 @@ class ScriptedServer {
 
 /// A port of the loopback interface that refuses connections, for as long as this lives.
 class RefusingPort {
-  public:
+public:
     RefusingPort();
     RefusingPort(const RefusingPort &) = delete;
     RefusingPort &operator=(const RefusingPort &) = delete;
@@ -128,7 +132,7 @@ class RefusingPort {
         return port_;
     }
 
-  private:
-    int socket_;
+private:
     std::uint16_t port_ = 0;
+    int socket_;
 };

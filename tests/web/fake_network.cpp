@@ -1,0 +1,234 @@
+#include "tests/web/fake_network.h"
+
+#include "tests/web/web_call.h"
+#include "web/web.h"
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <netdb.h>
+#include <sys/select.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <utility>
+
+FakeNetwork network;
+
+namespace {
+
+/// From here the millisecond counter counts.
+constexpr std::int64_t counter_base_ms = 1050000000LL * 1000;
+std::int64_t start_ms = 0;
+
+int fails_with(int error_number)
+{
+    errno = error_number;
+    return -1;
+}
+
+bool is_next(NetworkEvent::Kind kind)
+{
+    return !network.events.empty() && network.events.front().kind == kind;
+}
+
+/// Lets up to \p limit_ms pass; false when something happens before they have.
+bool silence_fills(std::int64_t limit_ms)
+{
+    while (is_next(NetworkEvent::Silence) || is_next(NetworkEvent::ClockStep)) {
+        NetworkEvent &event = network.events.front();
+        if (event.kind == NetworkEvent::Silence && event.number > limit_ms) {
+            event.number -= limit_ms;
+            network.clock_ms += limit_ms;
+            return true;
+        }
+        limit_ms -= event.kind == NetworkEvent::Silence ? event.number : 0;
+        network.clock_ms += event.number;
+        network.events.pop_front();
+    }
+    if (network.events.empty()) {
+        network.clock_ms += limit_ms;
+        return true;
+    }
+    return false;
+}
+
+} // namespace
+
+NetworkEvent data(std::string bytes)
+{
+    return {NetworkEvent::Data, std::move(bytes)};
+}
+
+NetworkEvent silence(std::int64_t milliseconds)
+{
+    return {NetworkEvent::Silence, {}, milliseconds};
+}
+
+NetworkEvent peer_closes()
+{
+    return {NetworkEvent::Close};
+}
+
+NetworkEvent receive_error(int error_number)
+{
+    return {NetworkEvent::ReceiveError, {}, error_number};
+}
+
+NetworkEvent select_error(int error_number)
+{
+    return {NetworkEvent::SelectError, {}, error_number};
+}
+
+NetworkEvent wrong_readiness()
+{
+    return {NetworkEvent::WrongReadiness};
+}
+
+NetworkEvent clock_step(std::int64_t milliseconds)
+{
+    return {NetworkEvent::ClockStep, {}, milliseconds};
+}
+
+FakeNetworkTest::FakeNetworkTest() : descriptors_(open_descriptor_count())
+{
+    network = FakeNetwork();
+    set_counter(1000000);
+    set_web_idle_callback(nullptr, nullptr);
+    set_web_error("earlier");
+    web_cancel_requested = 0;
+}
+
+FakeNetworkTest::~FakeNetworkTest()
+{
+    EXPECT_EQ(open_descriptor_count(), descriptors_);
+    EXPECT_FALSE(network.received_without_data);
+}
+
+void FakeNetworkTest::set_counter(std::uint32_t value)
+{
+    network.clock_ms = start_ms = counter_base_ms + value;
+}
+
+std::int64_t FakeNetworkTest::elapsed_ms()
+{
+    return network.clock_ms - start_ms;
+}
+
+// What follows takes the place of the system's functions in the whole program.
+extern "C" {
+
+hostent *gethostbyname(const char *name)
+{
+    static std::vector<in_addr> addresses;
+    static std::vector<char *> pointers;
+    static hostent entry;
+    network.lookups.emplace_back(name);
+    if (network.lookup_error != 0) {
+        h_errno = network.lookup_error;
+        return nullptr;
+    }
+    addresses.clear();
+    pointers.clear();
+    for (const char *text : network.addresses) {
+        addresses.push_back({inet_addr(text)});
+    }
+    for (in_addr &address : addresses) {
+        pointers.push_back(reinterpret_cast<char *>(&address));
+    }
+    pointers.push_back(nullptr);
+    entry = {};
+    entry.h_addrtype = AF_INET;
+    entry.h_length = sizeof(in_addr);
+    entry.h_addr_list = pointers.data();
+    return &entry;
+}
+
+int socket(int family, int type, int protocol) noexcept
+{
+    network.sockets.push_back({family, type, protocol});
+    if (network.socket_error != 0) {
+        return fails_with(network.socket_error);
+    }
+    return open("/dev/null", O_RDWR); // a real descriptor, so that closing it can be seen
+}
+
+int connect(int, const sockaddr *address, socklen_t size)
+{
+    sockaddr_in copy = {};
+    std::memcpy(&copy, address, std::min<std::size_t>(size, sizeof copy));
+    network.connects.push_back(copy);
+    return network.connect_error != 0 ? fails_with(network.connect_error) : 0;
+}
+
+ssize_t send(int, const void *bytes, size_t size, int)
+{
+    static int interruptions = 0;
+    if (network.send_error != 0) {
+        network.clock_ms += network.send_error_ms; // or whoever tries again would do so for ever
+        return fails_with(network.send_error);
+    }
+    if (interruptions++ < network.send_interruptions) {
+        return fails_with(EINTR);
+    }
+    interruptions = 0;
+    const std::size_t count = std::min(size, network.send_at_most);
+    network.sent.append(static_cast<const char *>(bytes), count);
+    return static_cast<ssize_t>(count);
+}
+
+int select(int width, fd_set *reading, fd_set *, fd_set *, timeval *limit)
+{
+    const std::int64_t microseconds = limit->tv_sec * 1000000LL + limit->tv_usec;
+    network.waits.push_back({width, microseconds, network.clock_ms});
+    if (silence_fills(microseconds / 1000)) {
+        FD_ZERO(reading);
+        return 0;
+    }
+    if (is_next(NetworkEvent::SelectError)) {
+        const int error_number = static_cast<int>(network.events.front().number);
+        network.events.pop_front();
+        return fails_with(error_number);
+    }
+    if (is_next(NetworkEvent::WrongReadiness)) {
+        network.events.pop_front();
+        FD_ZERO(reading);
+    }
+    return 1;
+}
+
+ssize_t recv(int, void *buffer, size_t room, int flags)
+{
+    network.receives.push_back(room);
+    if (is_next(NetworkEvent::Close)) {
+        return 0; // and stays closed
+    }
+    if (is_next(NetworkEvent::ReceiveError)) {
+        const int error_number = static_cast<int>(network.events.front().number);
+        network.events.pop_front();
+        return fails_with(error_number);
+    }
+    if (!is_next(NetworkEvent::Data)) {
+        network.received_without_data = true;
+        return fails_with(ENOTCONN);
+    }
+    std::string &bytes = network.events.front().bytes;
+    const std::size_t count = std::min(room, bytes.size());
+    std::memcpy(buffer, bytes.data(), count);
+    if ((flags & MSG_PEEK) == 0) {
+        bytes.erase(0, count);
+        if (bytes.empty()) {
+            network.events.pop_front();
+        }
+    }
+    return static_cast<ssize_t>(count);
+}
+
+int gettimeofday(timeval *now, void *) noexcept
+{
+    now->tv_sec = static_cast<decltype(now->tv_sec)>(network.clock_ms / 1000);
+    now->tv_usec = static_cast<decltype(now->tv_usec)>(network.clock_ms % 1000 * 1000);
+    return 0;
+}
+}

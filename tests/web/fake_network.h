@@ -1,0 +1,81 @@
+/// \file
+/// The system's network and clock replaced by a script: in a program with this file, the library's
+/// calls of gethostbyname, socket, connect, send, select, recv and gettimeofday come here. Time
+/// passes only within select and failing sends, so that a time-out of ten seconds takes none.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <netinet/in.h>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+/// What happens next on the connection, as the client sees it.
+struct NetworkEvent {
+    enum Kind { Data, Silence, Close, ReceiveError, SelectError, WrongReadiness, ClockStep };
+    Kind kind;
+    std::string bytes = {};
+    std::int64_t number = 0;
+};
+
+/// Bytes that are there at once; recv gives them in one piece if they fit, and never more.
+NetworkEvent data(std::string bytes);
+NetworkEvent silence(std::int64_t milliseconds);
+NetworkEvent peer_closes();
+/// The next recv fails with this error number.
+NetworkEvent receive_error(int error_number);
+/// The next select fails with this error number.
+NetworkEvent select_error(int error_number);
+/// The next select reports that one descriptor is ready, which is not the socket.
+NetworkEvent wrong_readiness();
+/// Somebody sets the clock.
+NetworkEvent clock_step(std::int64_t milliseconds);
+
+/// The replaced network. A test sets the first half and looks at the second. When the events have
+/// run out, the peer stays silent for ever.
+struct FakeNetwork {
+    std::deque<NetworkEvent> events;
+    std::vector<const char *> addresses = {"127.0.0.1"}; ///< of every name
+    int lookup_error = 0;                                ///< an h_errno, or 0
+    int socket_error = 0;
+    int connect_error = 0;
+    int send_error = 0;         ///< of every send
+    int send_error_ms = 1000;   ///< that every failing send takes
+    int send_interruptions = 0; ///< that precede each send that works
+    std::size_t send_at_most = SIZE_MAX;
+    std::int64_t clock_ms = 0; ///< since 1970
+
+    std::vector<std::string> lookups;
+    std::vector<std::vector<int>> sockets; ///< family, type and protocol of each
+    std::vector<sockaddr_in> connects;
+    std::string sent;
+    struct Wait {
+        int width;
+        std::int64_t microseconds;
+        std::int64_t at_ms; ///< when it began
+    };
+    std::vector<Wait> waits;
+    std::vector<std::size_t> receives;  ///< the room of each recv
+    bool received_without_data = false; ///< recv was called where it would have blocked
+};
+
+extern FakeNetwork network;
+
+/// A fresh network for each test, whose millisecond counter is far from any wrap; no idle callback,
+/// no cancel request, the last error text "earlier". At the end no descriptor may be left open.
+class FakeNetworkTest : public testing::Test {
+protected:
+    FakeNetworkTest();
+    ~FakeNetworkTest() override;
+
+    /// Sets the clock so that the wrapping millisecond counter reads \p value.
+    static void set_counter(std::uint32_t value);
+    /// How much time has passed since the test began (or since set_counter).
+    static std::int64_t elapsed_ms();
+
+private:
+    std::size_t descriptors_;
+};

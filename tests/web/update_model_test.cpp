@@ -1,0 +1,177 @@
+/// \file
+/// Random replies to the update query, read by the query and by a plain model of what it is to do.
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/web/fake_network.h"
+#include "tests/web/update_call.h"
+#include "web/web.h"
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// Reads a body byte by byte: a name, a byte that is skipped, a value, and so on. The message is a
+/// value that no line feed ends.
+class ReplyModel {
+public:
+    explicit ReplyModel(const std::string &body)
+    {
+        for (const char byte : body) {
+            take(byte);
+        }
+    }
+
+    bool has_message() const
+    {
+        return name_ == "Message" && state_ != InName;
+    }
+
+    /// What a destination of \p capacity bytes holds, if it is written at all.
+    std::optional<std::string> stored(const std::string &name, int capacity) const
+    {
+        const auto field = fields_.find(name);
+        if (field == fields_.end()) {
+            return name == "Message" && has_message() ? kept(value_, capacity) : std::nullopt;
+        }
+        return kept(field->second, capacity);
+    }
+
+private:
+    enum State { InName, BehindColon, InValue };
+
+    static std::optional<std::string> kept(const std::string &value, int capacity)
+    {
+        if (capacity < 1) {
+            return std::nullopt;
+        }
+        return value.substr(0, static_cast<std::size_t>(capacity - 1));
+    }
+
+    void take(char byte)
+    {
+        if (state_ == BehindColon) {
+            state_ = InValue;
+        } else if (state_ == InName && byte == ':') {
+            state_ = BehindColon;
+        } else if (state_ == InName) {
+            name_ += byte;
+        } else if (byte == '\n' && name_ != "Message") {
+            fields_[name_] = value_;
+            name_.clear();
+            value_.clear();
+            state_ = InName;
+        } else {
+            value_ += byte;
+        }
+    }
+
+    State state_ = InName;
+    std::string name_;
+    std::string value_;
+    std::map<std::string, std::string> fields_;
+};
+
+/// Bodies of names, colons, line ends and letters, in a few pieces, some with a NUL.
+class RandomReplies {
+public:
+    explicit RandomReplies(unsigned seed) : random_(seed, "", 0) {}
+
+    std::vector<std::string> next()
+    {
+        std::vector<std::string> pieces(1 + random_.below(3));
+        for (std::string &piece : pieces) {
+            const unsigned tokens = 1 + random_.below(8);
+            for (unsigned i = 0; i < tokens; ++i) {
+                piece += token();
+            }
+        }
+        return pieces;
+    }
+
+    unsigned below(unsigned limit)
+    {
+        return random_.below(limit);
+    }
+
+private:
+    std::string token()
+    {
+        static const std::vector<std::string> lines = {"Version: 5.2\n", "URL: u\r\n",
+                                                       "Button: b\n", "Size: 3\n", "Message: a\n"};
+        static const std::vector<std::string> tokens = {
+            "Version: ", "URL: ",  "Button: ", "Message: ", "Version", "URL:",      "Button:",
+            "Message",   "Size: ", ":",        ": ",        "\n",      "\n",        "\n",
+            "\r\n",      " ",      "x",        "5.2",       "\xe9",    "message: ", "M"};
+        if (random_.below(40) == 0) {
+            return std::string(1, '\0');
+        }
+        if (random_.below(2) == 0) {
+            return lines[random_.below(static_cast<unsigned>(lines.size()))];
+        }
+        return tokens[random_.below(static_cast<unsigned>(tokens.size()))];
+    }
+
+    RandomTexts random_;
+};
+
+class UpdateReplyModel : public FakeNetworkTest {
+protected:
+    static void expect_as_model(const std::vector<std::string> &pieces, const UpdateQuery &query)
+    {
+        std::string body;
+        network.waits.clear();
+        network.events = {data("HTTP/1.0 200 OK\n\n")};
+        for (const std::string &piece : pieces) {
+            network.events.push_back(data(piece));
+            body += piece.c_str(); // what stands behind a NUL in a piece is lost
+        }
+        network.events.push_back(peer_closes());
+        const ReplyModel model(body);
+        const UpdateOutcome outcome = ask(query);
+        SCOPED_TRACE(testing::PrintToString(body));
+        EXPECT_EQ(outcome.result, model.has_message() ? 0 : -1);
+        EXPECT_EQ(outcome.message, model.stored("Message", query.capacity));
+        EXPECT_EQ(outcome.version, model.stored("Version", query.capacity));
+        EXPECT_EQ(outcome.url, model.stored("URL", query.capacity));
+        EXPECT_EQ(outcome.button, model.stored("Button", query.capacity));
+        EXPECT_EQ(outcome.error, "");
+    }
+};
+
+} // namespace
+
+TEST_F(UpdateReplyModel, AgreesOnRandomReplies)
+{
+    constexpr int rounds = 20000;
+    RandomReplies replies(20260);
+    int with_message = 0;
+    for (int round = 0; round < rounds && !HasFailure(); ++round) {
+        UpdateQuery query;
+        query.capacity = replies.below(3) == 0 ? static_cast<int>(replies.below(12)) : 256;
+        const std::vector<std::string> pieces = replies.next();
+        SCOPED_TRACE(query.capacity);
+        expect_as_model(pieces, query);
+        std::string body;
+        for (const std::string &piece : pieces) {
+            body += piece.c_str();
+        }
+        with_message += ReplyModel(body).has_message() ? 1 : 0;
+    }
+    // Otherwise the replies would show little.
+    EXPECT_GT(with_message, rounds / 10);
+    EXPECT_LT(with_message, rounds * 9 / 10);
+}
+
+TEST_F(UpdateReplyModel, AgreesOnEveryBeginningOfAReply)
+{
+    const std::string reply =
+        "Version: 5\r\nURL:u\n\nButton: b\nButton:\nSize: 3\nMessage: a\nb: c\n";
+    for (std::size_t length = 1; length <= reply.size(); ++length) {
+        expect_as_model({reply.substr(0, length)}, {});
+    }
+}
