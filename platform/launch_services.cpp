@@ -5,7 +5,7 @@
 
 namespace {
 
-// Launch Services' own code for a bad argument; here it says that a text makes no URL.
+// The platform's status for an invalid URL.
 constexpr int no_url_status = -30773;
 
 } // namespace

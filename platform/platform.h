@@ -25,16 +25,19 @@ int open_document(const char *target);
 
 /// Writes the path of a part of the program's own bundle into \p buffer.
 /// \param size of \p buffer in bytes, the NUL included; a path that does not fit is not reported
+///     and leaves ""
 /// \param kind 1 the executable, 2 the support files, 3 the resources, 4 the built-in plug-ins, 5
 ///     the resource \p name; 0 and any other kind the bundle itself
 /// \param name used by kind 5 only. Its Core Foundation string is not released, deliberately.
 /// \return \p buffer, or null when there is no bundle or no such part of it.
 char *main_bundle_path(char *buffer, int size, int kind, const char *name);
 
-/// Writes the path of the host plug-in bundle into \p buffer of \p size bytes.
+/// Writes the path of the host plug-in bundle into \p buffer of \p size bytes; "" when it does not
+/// fit.
 /// \return \p buffer, or null when that bundle is not loaded.
 char *host_bundle_path(char *buffer, int size);
 
-/// Writes the path of a resource of the host plug-in bundle into \p buffer of \p size bytes, which
-/// is left alone when the bundle is not loaded or has no such resource. \return 0 in every case.
+/// Writes the path of a resource of the host plug-in bundle into \p buffer of \p size bytes; ""
+/// when it does not fit. The buffer is left alone when the bundle is not loaded or has no such
+/// resource. \return 0 in every case.
 int host_bundle_resource_path(const char *name, char *buffer, int size);

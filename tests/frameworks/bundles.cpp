@@ -1,0 +1,115 @@
+// Bundles: the running program's own, and those that are loaded.
+#include "tests/frameworks/objects.h"
+
+namespace {
+
+CFBundleRef main_bundle = nullptr;
+std::map<std::string, CFBundleRef> loaded_bundles;
+
+/// A bundle that the frameworks hold.
+CFBundleRef new_bundle(const std::string &identifier, const BundleParts &parts)
+{
+    Object &bundle = new_object(ObjectKind::Bundle);
+    bundle.framework_references = 1;
+    bundle.text = identifier;
+    bundle.parts = parts;
+    return reinterpret_cast<CFBundleRef>(&bundle);
+}
+
+/// A URL that belongs to the caller, for a part of a bundle.
+CFURLRef url_of_part(CFBundleRef bundle, std::string BundleParts::*part, const char *call)
+{
+    const Object &object = object_of(bundle, ObjectKind::Bundle, call);
+    const std::string &path = object.parts.*part;
+    if (!begin_call(call, {object.text}) || path.empty()) {
+        return nullptr;
+    }
+    Object &url = new_object(ObjectKind::Url);
+    url.text = "file://" + path;
+    url.path = path;
+    return reinterpret_cast<CFURLRef>(&url);
+}
+
+} // namespace
+
+void forget_bundles();
+
+void forget_bundles()
+{
+    main_bundle = nullptr;
+    loaded_bundles.clear();
+}
+
+void set_main_bundle(const BundleParts &parts)
+{
+    main_bundle = new_bundle("main", parts);
+}
+
+void load_bundle(const std::string &identifier, const BundleParts &parts)
+{
+    loaded_bundles[identifier] = new_bundle(identifier, parts);
+}
+
+void unload_bundle(const std::string &identifier)
+{
+    Object &bundle = object_of(loaded_bundles.at(identifier), "unload_bundle");
+    bundle.framework_references = 0;
+    release(bundle);
+    loaded_bundles.erase(identifier);
+}
+
+CFBundleRef CFBundleGetMainBundle(void)
+{
+    return begin_call("CFBundleGetMainBundle") ? main_bundle : nullptr;
+}
+
+CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef identifier)
+{
+    const std::string &text =
+        object_of(identifier, ObjectKind::String, "CFBundleGetBundleWithIdentifier").text;
+    const bool works = begin_call("CFBundleGetBundleWithIdentifier", {text});
+    const auto place = loaded_bundles.find(text);
+    return works && place != loaded_bundles.end() ? place->second : nullptr;
+}
+
+CFURLRef CFBundleCopyBundleURL(CFBundleRef bundle)
+{
+    return url_of_part(bundle, &BundleParts::bundle, "CFBundleCopyBundleURL");
+}
+
+CFURLRef CFBundleCopyExecutableURL(CFBundleRef bundle)
+{
+    return url_of_part(bundle, &BundleParts::executable, "CFBundleCopyExecutableURL");
+}
+
+CFURLRef CFBundleCopySupportFilesDirectoryURL(CFBundleRef bundle)
+{
+    return url_of_part(bundle, &BundleParts::support_files, "CFBundleCopySupportFilesDirectoryURL");
+}
+
+CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle)
+{
+    return url_of_part(bundle, &BundleParts::resources, "CFBundleCopyResourcesDirectoryURL");
+}
+
+CFURLRef CFBundleCopyBuiltInPlugInsURL(CFBundleRef bundle)
+{
+    return url_of_part(bundle, &BundleParts::plug_ins, "CFBundleCopyBuiltInPlugInsURL");
+}
+
+CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef name, CFStringRef type,
+                                 CFStringRef subdirectory)
+{
+    const Object &object = object_of(bundle, ObjectKind::Bundle, "CFBundleCopyResourceURL");
+    const bool works =
+        begin_call("CFBundleCopyResourceURL",
+                   {object.text, described(name), described(type), described(subdirectory)});
+    const auto place = object.parts.resource_paths.find(described(name));
+    if (!works || name == nullptr || place == object.parts.resource_paths.end()) {
+        return nullptr;
+    }
+    Object &url = new_object(ObjectKind::Url);
+    url.text = "file://" + place->second;
+    url.path = place->second;
+    return reinterpret_cast<CFURLRef>(&url);
+}
