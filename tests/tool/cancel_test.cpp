@@ -1,0 +1,161 @@
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+
+#include "tests/harness/temporary_directory.h"
+#include "tests/tool/program_under_test.h"
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+/// Well above what a cancelled program needs, even on a busy machine, and well below a time-out.
+constexpr auto prompt = milliseconds(2000);
+
+void let_it_wait()
+{
+    std::this_thread::sleep_for(milliseconds(300));
+}
+
+/// A listening socket whose queue is full, so that a further connection is never made.
+class BusyPort {
+public:
+    BusyPort() : listener_(socket(AF_INET, SOCK_STREAM, 0))
+    {
+        address_.sin_family = AF_INET;
+        address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address_;
+        EXPECT_EQ(bind(listener_, generic(), size), 0);
+        EXPECT_EQ(getsockname(listener_, generic(), &size), 0);
+        EXPECT_EQ(listen(listener_, 0), 0);
+        for (int &waiting : waiting_) {
+            waiting = socket(AF_INET, SOCK_STREAM, 0);
+            fcntl(waiting, F_SETFL, O_NONBLOCK);
+            connect(waiting, generic(), sizeof address_);
+        }
+    }
+    BusyPort(const BusyPort &) = delete;
+    BusyPort &operator=(const BusyPort &) = delete;
+    ~BusyPort()
+    {
+        for (const int waiting : waiting_) {
+            close(waiting);
+        }
+        close(listener_);
+    }
+    std::string url() const
+    {
+        return "http://127.0.0.1:" + std::to_string(ntohs(address_.sin_port)) + "/";
+    }
+
+private:
+    sockaddr *generic()
+    {
+        return reinterpret_cast<sockaddr *>(&address_);
+    }
+
+    sockaddr_in address_ = {};
+    int listener_;
+    int waiting_[4] = {-1, -1, -1, -1};
+};
+
+TEST(Interrupt, CancelsTheWaitForTheHeader)
+{
+    for (const char *const sent : {"", "HTTP/1.0 200 OK\r\nHalf-"}) {
+        Milestone waiting;
+        ScriptedServer server({collect_request(), send_bytes(sent), waiting.step(), stay_silent()});
+        RunningProgram program(corvella_command({"get", url_of(server)}));
+        ASSERT_TRUE(waiting.wait());
+        let_it_wait();
+        const auto start = steady_clock::now();
+        program.process().signal(SIGINT);
+        const ProgramResult result = program.finish();
+        EXPECT_LT(steady_clock::now() - start, prompt);
+        EXPECT_EQ(result.exit_status, 130);
+        EXPECT_EQ(result.out, "");
+        EXPECT_TRUE(contains(result.err, "User canceled web transaction")) << result.err;
+    }
+}
+
+TEST(Interrupt, CancelsEveryCommandThatTalksToTheWeb)
+{
+    const std::vector<std::string> cases[] = {
+        {"post", "http://web1.test/", "a=b"},
+        {"update", "-product", "P", "-productline", "L", "-version", "1"},
+    };
+    for (std::vector<std::string> arguments : cases) {
+        Milestone waiting;
+        ScriptedServer server({collect_form(), waiting.step(), stay_silent()});
+        arguments.insert(arguments.end(), {"-proxy", proxy_of(server)});
+        RunningProgram program(corvella_command(arguments));
+        ASSERT_TRUE(waiting.wait());
+        let_it_wait();
+        program.process().signal(SIGINT);
+        EXPECT_EQ(program.finish().exit_status, 130) << arguments[0];
+    }
+}
+
+// The signal ends the wait for the next piece of the body early.
+TEST(Interrupt, CancelsTheWaitForTheBody)
+{
+    const TemporaryDirectory directory;
+    directory.write("page", "old");
+    Milestone waiting;
+    ScriptedServer server(
+        {collect_request(), send_bytes(good_reply("half")), waiting.step(), stay_silent()});
+    RunningProgram program(
+        corvella_command({"get", url_of(server), "-output", directory.path("page")}));
+    ASSERT_TRUE(waiting.wait());
+    let_it_wait();
+    const auto start = steady_clock::now();
+    program.process().signal(SIGINT);
+    const ProgramResult result = program.finish();
+    EXPECT_LT(steady_clock::now() - start, prompt);
+    EXPECT_EQ(result.exit_status, 130) << result.err;
+    EXPECT_EQ(directory.read("page"), "old");
+    EXPECT_EQ(directory.names(), std::vector<std::string>{"page"});
+}
+
+/// Interrupts a program that does not look at the request to cancel; once more if need be.
+void expect_end_by_second_interrupt(RunningProgram &program)
+{
+    program.process().signal(SIGINT);
+    if (!program.process().wait(prompt)) {
+        program.process().signal(SIGINT);
+    }
+    const auto start = steady_clock::now();
+    EXPECT_TRUE(program.process().wait(prompt));
+    EXPECT_LT(steady_clock::now() - start, prompt);
+    const ProgramResult result = program.finish();
+    EXPECT_TRUE(result.signal == SIGINT || result.exit_status == 130)
+        << result.signal << " " << result.exit_status << result.err;
+}
+
+TEST(SecondInterrupt, EndsAProgramThatCannotConnect)
+{
+    const BusyPort busy;
+    RunningProgram program(corvella_command({"get", busy.url()}));
+    let_it_wait();
+    expect_end_by_second_interrupt(program);
+}
+
+TEST(SecondInterrupt, EndsAProgramWhoseOutputNobodyTakes)
+{
+    ScriptedServer server(replying(good_reply(std::string(1'000'000, 'x'))));
+    RunningProgram program(corvella_command({"get", url_of(server)}));
+    ASSERT_TRUE(server.wait_until_served());
+    for (int count = -1; count < program.waiting_output();) {
+        count = program.waiting_output();
+        let_it_wait();
+    }
+    ASSERT_GT(program.waiting_output(), 0);
+    expect_end_by_second_interrupt(program);
+}
+
+} // namespace

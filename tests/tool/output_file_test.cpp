@@ -1,0 +1,230 @@
+#include <csignal>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "tests/harness/temporary_directory.h"
+#include "tests/tool/program_under_test.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+/// Gets a page of this body into a file.
+ProgramResult get_into(const std::string &path, const std::string &body,
+                       const ProgramOptions &options = {})
+{
+    ScriptedServer server(replying(good_reply(body)));
+    return run_corvella({"get", url_of(server), "-output", path}, options);
+}
+
+bool is_link(const std::string &path)
+{
+    struct stat status = {};
+    return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+bool is_device(const std::string &path)
+{
+    struct stat status = {};
+    return lstat(path.c_str(), &status) == 0 && S_ISCHR(status.st_mode);
+}
+
+TEST(OutputOption, WritesTheBodyToTheFileInsteadOfStandardOutput)
+{
+    const TemporaryDirectory directory;
+    std::string body = "line\r\nno end of line at the end: \xff\x01";
+    body += std::string(300'000, '-');
+    const ProgramResult result = get_into(directory.path("page"), body);
+    EXPECT_EQ(result.exit_status, 0) << result.err;
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "");
+    EXPECT_TRUE(directory.read("page") == body);
+    EXPECT_EQ(directory.names(), Names{"page"});
+}
+
+TEST(OutputOption, WritesAnEmptyBodyAsAnEmptyFile)
+{
+    const TemporaryDirectory directory;
+    EXPECT_EQ(get_into(directory.path("page"), "").exit_status, 0);
+    EXPECT_EQ(directory.read("page"), "");
+}
+
+TEST(OutputOption, WorksForAPostToo)
+{
+    const TemporaryDirectory directory;
+    ScriptedServer server(replying(good_reply("thanks")));
+    const ProgramResult result =
+        run_corvella({"post", url_of(server), "a=b", "-output", directory.path("page")});
+    EXPECT_EQ(result.exit_status, 0) << result.err;
+    EXPECT_EQ(directory.read("page"), "thanks");
+}
+
+TEST(OutputOption, ARelativePathIsTakenFromTheCurrentDirectory)
+{
+    const TemporaryDirectory directory;
+    ProgramOptions options;
+    options.directory = directory.path();
+    EXPECT_EQ(get_into("page", "here", options).exit_status, 0);
+    EXPECT_EQ(directory.read("page"), "here");
+}
+
+TEST(OutputOption, TheHeaderStaysOnStandardOutput)
+{
+    const TemporaryDirectory directory;
+    ScriptedServer server(replying("HTTP/1.0 200 OK\r\nX-Line: 1\r\n\r\nbody"));
+    const ProgramResult result =
+        run_corvella({"get", "-header", url_of(server), "-output", directory.path("page")});
+    EXPECT_EQ(result.out, "HTTP/1.0 200 OK\r\nX-Line: 1\r\n\r\n");
+    EXPECT_EQ(directory.read("page"), "body");
+}
+
+TEST(OutputOption, ReplacesAFileWhole)
+{
+    const TemporaryDirectory directory;
+    directory.write("page", std::string(1000, 'x'));
+    EXPECT_EQ(get_into(directory.path("page"), "new").exit_status, 0);
+    EXPECT_EQ(directory.read("page"), "new");
+    EXPECT_EQ(directory.names(), Names{"page"});
+}
+
+TEST(OutputOption, WritesThroughALink)
+{
+    const TemporaryDirectory directory;
+    mkdir(directory.path("folder").c_str(), 0700);
+    directory.write("folder/page", "old");
+    ASSERT_EQ(symlink("folder/page", directory.path("link").c_str()), 0);
+    ASSERT_EQ(symlink(directory.path("link").c_str(), directory.path("second").c_str()), 0);
+    for (const char *const link : {"link", "second"}) {
+        EXPECT_EQ(get_into(directory.path(link), link).exit_status, 0);
+        EXPECT_TRUE(is_link(directory.path(link)));
+        EXPECT_EQ(directory.read("folder/page"), link);
+    }
+    EXPECT_EQ(directory.names(), (Names{"folder", "link", "second"}));
+}
+
+TEST(OutputOption, MakesTheFileThatALinkLeadsTo)
+{
+    const TemporaryDirectory directory;
+    ASSERT_EQ(symlink("page", directory.path("link").c_str()), 0);
+    EXPECT_EQ(get_into(directory.path("link"), "body").exit_status, 0);
+    EXPECT_TRUE(is_link(directory.path("link")));
+    EXPECT_EQ(directory.read("page"), "body");
+}
+
+TEST(OutputOption, LeavesEveryOtherFileAlone)
+{
+    const TemporaryDirectory directory;
+    const Names others = {"page.part", "page.tmp", "page~"};
+    for (const std::string &name : others) {
+        directory.write(name, "mine");
+    }
+    EXPECT_EQ(get_into(directory.path("page"), "body").exit_status, 0);
+    EXPECT_EQ(directory.read("page"), "body");
+    for (const std::string &name : others) {
+        EXPECT_EQ(directory.read(name), "mine");
+    }
+}
+
+TEST(OutputOption, AMissingDirectoryIsAFailureThatNamesTheFile)
+{
+    const TemporaryDirectory directory;
+    const std::string path = directory.path("missing/page");
+    const ProgramResult result = get_into(path, "body");
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(contains(result.err, path)) << result.err;
+    EXPECT_TRUE(contains(result.err, "No such file or directory")) << result.err;
+    EXPECT_EQ(directory.names(), Names{});
+}
+
+TEST(OutputOption, ADirectoryIsNotAFileToWriteTo)
+{
+    const TemporaryDirectory directory;
+    mkdir(directory.path("folder").c_str(), 0700);
+    const ProgramResult result = get_into(directory.path("folder"), "body");
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_TRUE(contains(result.err, directory.path("folder"))) << result.err;
+    EXPECT_EQ(directory.names(), Names{"folder"});
+}
+
+TEST(OutputOption, AnEmptyNameIsRefused)
+{
+    const ProgramResult result = get_into("", "body");
+    EXPECT_NE(result.exit_status, 0);
+    EXPECT_NE(result.err, "");
+    EXPECT_EQ(result.out, "");
+}
+
+TEST(OutputOption, AFullDeviceIsAFailureAndStaysADevice)
+{
+    const ProgramResult result = get_into("/dev/full", "body");
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_TRUE(contains(result.err, "/dev/full")) << result.err;
+    EXPECT_TRUE(contains(result.err, "No space left on device")) << result.err;
+    EXPECT_TRUE(is_device("/dev/full"));
+}
+
+TEST(OutputOption, ADeviceIsWrittenTo)
+{
+    EXPECT_EQ(get_into("/dev/null", "body").exit_status, 0);
+    EXPECT_TRUE(is_device("/dev/null"));
+    EXPECT_EQ(get_into("/dev/stdout", "body").out, "body");
+}
+
+void allow_small_files_only()
+{
+    const rlimit limit = {4096, 4096};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+TEST(OutputOption, AFullDiskLeavesNothingBehind)
+{
+    const TemporaryDirectory directory;
+    ProgramOptions options;
+    options.prepare = allow_small_files_only;
+    const ProgramResult result =
+        get_into(directory.path("page"), std::string(100'000, 'x'), options);
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(contains(result.err, "File too large")) << result.err;
+    EXPECT_EQ(directory.names(), Names{});
+}
+
+TEST(OutputOption, AFullDiskLeavesTheOldFile)
+{
+    const TemporaryDirectory directory;
+    directory.write("page", "old");
+    ProgramOptions options;
+    options.prepare = allow_small_files_only;
+    // So little more than the limit that only the last write fails.
+    for (const std::size_t size : {4097U, 100'000U}) {
+        EXPECT_EQ(get_into(directory.path("page"), std::string(size, 'x'), options).exit_status, 1);
+        EXPECT_EQ(directory.read("page"), "old");
+        EXPECT_EQ(directory.names(), Names{"page"});
+    }
+}
+
+TEST(OutputOption, AFailedRequestLeavesTheOldFile)
+{
+    const TemporaryDirectory directory;
+    directory.write("page", "old");
+    const ServerScript failing[] = {
+        replying("HTTP/1.0 404 Not Found\r\n\r\nan error page"),
+        replying("no reply of the web\r\n\r\n"),
+        {collect_request(), send_bytes(good_reply("half")), pause_for(300), reset_connection()},
+    };
+    for (const ServerScript &script : failing) {
+        ScriptedServer server(script);
+        const ProgramResult result =
+            run_corvella({"get", url_of(server), "-output", directory.path("page")});
+        EXPECT_EQ(result.exit_status, 1);
+        EXPECT_EQ(directory.read("page"), "old");
+        EXPECT_EQ(directory.names(), Names{"page"});
+    }
+}
+
+} // namespace

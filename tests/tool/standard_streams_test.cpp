@@ -1,0 +1,142 @@
+#include <csignal>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "tests/harness/temporary_directory.h"
+#include "tests/tool/program_under_test.h"
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+/// A device on which there is never any room.
+class FullDevice {
+public:
+    FullDevice() : descriptor_(open("/dev/full", O_WRONLY)) {}
+    FullDevice(const FullDevice &) = delete;
+    FullDevice &operator=(const FullDevice &) = delete;
+    ~FullDevice()
+    {
+        close(descriptor_);
+    }
+    int descriptor() const
+    {
+        return descriptor_;
+    }
+
+private:
+    int descriptor_;
+};
+
+/// Runs each command that writes to standard output, which is the given one.
+void expect_failures_with_output_to(int out)
+{
+    ScriptedServer page(replying(good_reply("body")));
+    ScriptedServer service(replying(good_reply("Message: fine\n")));
+    const Arguments cases[] = {
+        {"get", url_of(page)},
+        {"get", "-header", url_of(page)},
+        {"post", url_of(page), "a=b"},
+        {"get", "-automated", url_of(page)},
+        {"update", "-product", "P", "-productline", "L", "-version", "1", "-proxy",
+         proxy_of(service)},
+        {"update", "-product", "P", "-productline", "L", "-version", "1", "-automated", "-proxy",
+         proxy_of(service)},
+        {"describe"},
+        {"describe", "-automated"},
+        {"-help"},
+        {"-version"},
+    };
+    ProgramOptions options;
+    options.out = out;
+    for (const Arguments &arguments : cases) {
+        const ProgramResult result = run_corvella(arguments, options);
+        EXPECT_EQ(result.exit_status, 1) << arguments[0] << " " << arguments.back();
+        EXPECT_TRUE(contains(result.err, "Error: ")) << arguments[0] << ": " << result.err;
+    }
+}
+
+TEST(StandardOutput, ThatIsFullIsAFailure)
+{
+    const FullDevice full;
+    expect_failures_with_output_to(full.descriptor());
+}
+
+TEST(StandardOutput, ThatIsClosedIsAFailure)
+{
+    expect_failures_with_output_to(CLOSED);
+}
+
+TEST(StandardOutput, ThatIsFullIsNamedWithTheReason)
+{
+    const FullDevice full;
+    ProgramOptions options;
+    options.out = full.descriptor();
+    ScriptedServer server(replying(good_reply("body")));
+    const ProgramResult result = run_corvella({"get", url_of(server)}, options);
+    EXPECT_TRUE(contains(result.err, "standard output")) << result.err;
+    EXPECT_TRUE(contains(result.err, "No space left on device")) << result.err;
+}
+
+TEST(StandardOutput, ThatIsClosedDoesNotMatterToAnOutputFile)
+{
+    const TemporaryDirectory directory;
+    ProgramOptions options;
+    options.out = CLOSED;
+    ScriptedServer server(replying(good_reply("body")));
+    const ProgramResult result =
+        run_corvella({"get", url_of(server), "-output", directory.path("page")}, options);
+    EXPECT_EQ(result.exit_status, 0) << result.err;
+    EXPECT_EQ(directory.read("page"), "body");
+}
+
+// The number of a closed descriptor is given to the next one that is opened: the connection, say.
+TEST(StandardOutput, ThatIsClosedSendsNothingToTheServer)
+{
+    ProgramOptions options;
+    options.out = CLOSED;
+    options.err = CLOSED;
+    ScriptedServer server({collect_request(), send_bytes("HTTP/1.0 404 Not Found\r\n\r\nbody"),
+                           half_close(), collect_to_end()});
+    EXPECT_EQ(run_corvella({"get", url_of(server)}, options).exit_status, 1);
+    const std::string request = only_request(server);
+    EXPECT_EQ(request.find("\r\n\r\n") + 4, request.size()) << request;
+}
+
+TEST(StandardOutput, ThatNobodyReadsEndsTheProgramWithoutACrash)
+{
+    int ends[2] = {};
+    ASSERT_EQ(pipe(ends), 0);
+    close(ends[0]);
+    ProgramOptions options;
+    options.out = ends[1];
+    ScriptedServer server(replying(good_reply(std::string(300'000, 'x'))));
+    const ProgramResult result = run_corvella({"get", url_of(server)}, options);
+    EXPECT_TRUE(result.signal == SIGPIPE || result.exit_status == 1)
+        << result.signal << " " << result.exit_status;
+    close(ends[1]);
+}
+
+TEST(StandardError, ThatIsClosedOrFullDoesNotChangeTheExitStatus)
+{
+    const TemporaryDirectory directory;
+    directory.write("page", "old");
+    const FullDevice full;
+    for (const int err : {static_cast<int>(CLOSED), full.descriptor()}) {
+        ProgramOptions options;
+        options.err = err;
+        ScriptedServer good(replying(good_reply("body")));
+        const ProgramResult done = run_corvella({"get", url_of(good)}, options);
+        EXPECT_EQ(done.exit_status, 0);
+        EXPECT_EQ(done.out, "body");
+        ScriptedServer bad(replying("HTTP/1.0 404 Not Found\r\n\r\n"));
+        EXPECT_EQ(run_corvella({"get", url_of(bad), "-output", directory.path("page")}, options)
+                      .exit_status,
+                  1);
+        EXPECT_EQ(directory.read("page"), "old");
+        EXPECT_EQ(run_corvella({"get"}, options).exit_status, 2);
+    }
+}
+
+} // namespace

@@ -1,0 +1,55 @@
+#include <chrono>
+#include <gtest/gtest.h>
+
+#include "tests/harness/temporary_directory.h"
+#include "tests/tool/program_under_test.h"
+
+namespace {
+
+using std::chrono::seconds;
+using std::chrono::steady_clock;
+
+/// Runs the program against a server that sends this much and then nothing more.
+ProgramResult run_into_silence(const std::string &sent, const std::vector<std::string> &more)
+{
+    ScriptedServer server({collect_form(), send_bytes(sent), stay_silent()});
+    std::vector<std::string> arguments = {"get", url_of(server)};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    const auto start = steady_clock::now();
+    ProgramResult result = run_corvella(arguments);
+    const auto taken = steady_clock::now() - start;
+    EXPECT_GE(taken, std::chrono::milliseconds(9900));
+    EXPECT_LT(taken, seconds(25));
+    return result;
+}
+
+TEST(TimeOut, EndsTheWaitForTheHeaderAfterTenSeconds)
+{
+    const ProgramResult result = run_into_silence("", {});
+    EXPECT_EQ(result.exit_status, 3);
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(contains(result.err, "Error: Timeout waiting for web site")) << result.err;
+}
+
+TEST(TimeOut, EndsTheWaitForTheBodyAfterTenSeconds)
+{
+    const TemporaryDirectory directory;
+    directory.write("page", "old");
+    const ProgramResult result =
+        run_into_silence(good_reply("half"), {"-output", directory.path("page")});
+    EXPECT_EQ(result.exit_status, 3);
+    EXPECT_TRUE(contains(result.err, "Error: Timeout waiting for web site")) << result.err;
+    EXPECT_EQ(directory.read("page"), "old");
+    EXPECT_EQ(directory.names(), std::vector<std::string>{"page"});
+}
+
+TEST(TimeOut, EndsAnUpdateQueryAfterTenSeconds)
+{
+    ScriptedServer server({collect_form(), stay_silent()});
+    const ProgramResult result = run_corvella({"update", "-product", "P", "-productline", "L",
+                                               "-version", "1", "-proxy", proxy_of(server)});
+    EXPECT_EQ(result.exit_status, 3);
+    EXPECT_EQ(result.out, "");
+}
+
+} // namespace
