@@ -12,7 +12,9 @@
 ///
 /// Deliberate differences: an element that reads as a negative number is an operand; an unknown
 /// "--name" is read as a cluster of short options, without a diagnostic of its own; "=" may stand
-/// before the argument of a short option too.
+/// before the argument of a short option too; a cluster of several options behind operands is not
+/// moved in front of them, so that those operands are lost to a caller that reads on from
+/// option_index.
 ///
 /// Diagnostics go straight to standard error, in the form "program: ..."; they are printed only
 /// while option_errors is not 0. All state is process-wide: one scan at a time.

@@ -6,16 +6,19 @@
 #include "support/error.h"
 #include "support/options.h"
 #include "tool/option_table.h"
+#include "tool/output.h"
 
 namespace {
 
 constexpr std::int32_t greatest_port = 65535;
 
-/// The arguments of the proxy's options; null where one was not given.
-struct proxy_options {
-    const char *proxy;
+/// What is read beside the command line's record.
+struct reading {
+    const char *proxy; ///< the arguments of the proxy's options; null where one was not given
     const char *user;
-    char *password;
+    bool has_password;
+    char password[sizeof ProxySettings::password];
+    std::vector<option_meaning> options; ///< all that were given
 };
 
 void take_operand(command_line &line, const char *operand)
@@ -28,13 +31,13 @@ void take_operand(command_line &line, const char *operand)
 }
 
 /// Where the argument of an option goes that is no more than remembered; null for the others.
-const char **place_of_argument(command_line &line, proxy_options &proxy, int code)
+const char **place_of_argument(command_line &line, reading &read, int code)
 {
     switch (code) {
     case OPTION_PROXY:
-        return &proxy.proxy;
+        return &read.proxy;
     case OPTION_PROXY_USER:
-        return &proxy.user;
+        return &read.user;
     case OPTION_OUTPUT:
         return &line.output;
     case OPTION_PRODUCT:
@@ -77,35 +80,44 @@ bool *place_of_switch(command_line &line, int code)
     }
 }
 
-/// \return false for an option that the parser has already complained of.
-bool take_option(command_line &line, proxy_options &proxy, int code)
+/// Copies the password and blanks it where the system shows it.
+void take_password(reading &read, char *argument)
 {
-    if (const char **const argument = place_of_argument(line, proxy, code)) {
+    read.has_password = true;
+    copy_string_bounded(read.password, argument, sizeof read.password);
+    std::memset(argument, '*', std::strlen(argument));
+}
+
+/// \return false for an option that the parser has already complained of.
+bool take_option(command_line &line, reading &read, int code)
+{
+    if (const char **const argument = place_of_argument(line, read, code)) {
         *argument = option_argument;
     } else if (bool *const place = place_of_switch(line, code)) {
         *place = true;
     } else if (code == OPTION_PROXY_PASS) {
-        proxy.password = option_argument;
+        take_password(read, option_argument);
     } else {
         return false;
     }
+    read.options.push_back(static_cast<option_meaning>(code));
     return true;
 }
 
 /// Operands are taken in order, so that the command is known to the options behind it.
-bool read_options(int count, char **vector, command_line &line, proxy_options &proxy)
+bool read_options(int count, char **vector, command_line &line, reading &read)
 {
     constexpr int operand_code = 1;
-    option_index = 0;
-    for (;;) {
+    // The parser looks for "--" only behind its first element.
+    const bool only_operands = count > 1 && std::strcmp(vector[1], "--") == 0;
+    option_index = only_operands ? 2 : 0;
+    int code = only_operands ? -1 : 0;
+    while (code != -1) {
         const std::vector<long_option> table = options_of_command(line.command);
-        const int code = get_long_options_only(count, vector, "-", table.data(), nullptr);
-        if (code == -1) {
-            break;
-        }
+        code = get_long_options_only(count, vector, "-", table.data(), nullptr);
         if (code == operand_code) {
             take_operand(line, option_argument);
-        } else if (!take_option(line, proxy, code)) {
+        } else if (code != -1 && !take_option(line, read, code)) {
             return false;
         }
     }
@@ -115,15 +127,26 @@ bool read_options(int count, char **vector, command_line &line, proxy_options &p
     return true;
 }
 
-/// Fills the settings and blanks the password where the system shows it.
-bool take_proxy(command_line &line, const proxy_options &proxy)
+/// Fills the settings. \return false when the proxy's option is invalid.
+bool take_proxy(command_line &line, const reading &read)
 {
-    const int result = fill_proxy_settings(&line.proxy, proxy.proxy, proxy.user, proxy.password);
-    if (proxy.password != nullptr) {
-        std::memset(proxy.password, '*', std::strlen(proxy.password));
-    }
+    const int result = fill_proxy_settings(&line.proxy, read.proxy, read.user,
+                                           read.has_password ? read.password : nullptr);
     const std::int32_t port = line.proxy.proxy_port;
-    return result == 0 && (proxy.proxy == nullptr || (port >= 1 && port <= greatest_port));
+    return result == 0 && (read.proxy == nullptr || (port >= 1 && port <= greatest_port));
+}
+
+/// \return false, after a complaint, when an option does not go with the command.
+bool check_places(const command_line &line, const reading &read)
+{
+    for (const option_meaning option : read.options) {
+        if (const char *const name = misplaced_option(option, line.command)) {
+            complain_of_usage(
+                (std::string("-") + name + " does not go with " + line.command + ".").c_str());
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace
@@ -131,16 +154,19 @@ bool take_proxy(command_line &line, const proxy_options &proxy)
 bool read_command_line(int count, char **vector, command_line &line)
 {
     line = {};
-    proxy_options proxy = {};
-    if (!read_options(count, vector, line, proxy)) {
+    reading read = {};
+    if (!read_options(count, vector, line, read)) {
         print_indented("Try 'corvella -help'.\n");
         return false;
     }
-    if (!take_proxy(line, proxy)) {
+    if (line.automated) {
+        frame_output();
+    }
+    if (!take_proxy(line, read)) {
         complain_of_usage("-proxy takes host:port, with a port from 1 to 65535.");
         return false;
     }
-    return true;
+    return line.command == nullptr || check_places(line, read);
 }
 
 void complain_of_usage(const char *complaint)

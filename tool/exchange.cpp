@@ -17,8 +17,15 @@ void request_cancel(int)
     web_cancel_requested = 1;
 }
 
+/// How the program takes SIGINT outside an exchange.
+struct sigaction usual_action = {};
+
 void catch_interrupt()
 {
+    sigaction(SIGINT, nullptr, &usual_action);
+    if (usual_action.sa_handler == SIG_IGN) {
+        return; // whoever started the program wants it so
+    }
     struct sigaction action = {};
     action.sa_handler = request_cancel;
     // The second one finds the default again. No restart: a wait is to notice the first.
@@ -59,9 +66,21 @@ exit_status status_of(int result)
     case 2:
         return EXIT_CANCELLED;
     default:
-        // An interrupted connection attempt fails before the transaction looks at the request.
-        return web_cancel_requested != 0 ? EXIT_CANCELLED : EXIT_FAILED;
+        return EXIT_FAILED;
     }
+}
+
+/// Ctrl-C during the connection attempt ends it as a failure, before the transaction looks at the
+/// request to stop.
+int as_seen_by_the_user(int result)
+{
+    constexpr int cancelled = 2;
+    if (result != -1 || web_cancel_requested == 0) {
+        return result;
+    }
+    web_cancel_requested = 0;
+    set_web_error("User canceled web transaction");
+    return cancelled;
 }
 
 } // namespace
@@ -85,6 +104,8 @@ exit_status end_exchange(int result)
 {
     set_web_idle_callback(nullptr, nullptr);
     wipe_waiting();
+    sigaction(SIGINT, &usual_action, nullptr);
+    result = as_seen_by_the_user(result);
     if (result != 0) {
         const char *const reason = web_last_error();
         report_message(9, "%s\n", reason[0] != '\0' ? reason : "The reply has no message.");

@@ -1,5 +1,6 @@
 // The program corvella: a thin caller of the support layer.
 #include <cstring>
+#include <string>
 
 #include "support/error.h"
 #include "tool/commands.h"
@@ -29,7 +30,7 @@ exit_status run_command(const command_line &line)
             return command.run(line);
         }
     }
-    complain_of_usage("There is no such command.");
+    complain_of_usage((std::string("There is no command '") + line.command + "'.").c_str());
     return EXIT_USAGE;
 }
 
@@ -41,15 +42,14 @@ int main(int count, char **vector)
     if (!read_command_line(count, vector, line)) {
         return EXIT_USAGE;
     }
-    if (line.automated) {
-        frame_output();
-    }
     if (line.help) {
         return write_standard_output(usage_text()) ? EXIT_DONE : EXIT_FAILED;
     }
+    exit_status status = EXIT_DONE;
     if (line.version) {
         say_result("version", "corvella " CORVELLA_VERSION);
-        return EXIT_DONE;
+    } else {
+        status = run_command(line);
     }
-    return run_command(line);
+    return status == EXIT_DONE && results_were_lost() ? EXIT_FAILED : status;
 }

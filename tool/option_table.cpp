@@ -1,6 +1,7 @@
 #include "tool/option_table.h"
 
 #include <cstring>
+#include <initializer_list>
 
 namespace {
 
@@ -66,6 +67,28 @@ constexpr char statuses_usage[] =
     "\n"
     "Exit status: 0 done, 1 failed, 2 wrong usage, 3 time-out, 130 cancelled.\n";
 
+/// \return the option of this meaning, or null.
+template <std::size_t N>
+const program_option *find_option(const program_option (&options)[N], option_meaning meaning)
+{
+    for (const program_option &option : options) {
+        if (option.meaning == meaning) {
+            return &option;
+        }
+    }
+    return nullptr;
+}
+
+bool is_one_of(const char *command, std::initializer_list<const char *> names)
+{
+    for (const char *name : names) {
+        if (std::strcmp(command, name) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
 template <std::size_t N>
 void append_parser_options(std::vector<long_option> &table, const program_option (&options)[N],
                            bool with_version)
@@ -101,6 +124,21 @@ std::vector<long_option> options_of_command(const char *command)
     append_parser_options(table, general_options, !updates);
     table.push_back({nullptr, 0, nullptr, 0});
     return table;
+}
+
+const char *misplaced_option(option_meaning meaning, const char *command)
+{
+    const program_option *option = nullptr;
+    if (is_one_of(command, {"describe", "open"})) {
+        option = find_option(web_options, meaning);
+    }
+    if (option == nullptr && is_one_of(command, {"update", "describe", "open"})) {
+        option = find_option(request_options, meaning);
+    }
+    if (option == nullptr && is_one_of(command, {"get", "post", "describe", "open"})) {
+        option = find_option(update_only_options, meaning);
+    }
+    return option != nullptr ? option->name : nullptr;
 }
 
 std::string usage_text()

@@ -33,5 +33,9 @@ enum option_meaning {
 /// gives the product's.
 std::vector<long_option> options_of_command(const char *command);
 
+/// \return the name of an option that does not go with \p command; null when it does, or when there
+/// is no such command.
+const char *misplaced_option(option_meaning meaning, const char *command);
+
 /// \return the whole usage text.
 std::string usage_text();

@@ -9,6 +9,7 @@
 #include "tool/commands.h"
 #include "tool/exchange.h"
 #include "tool/output.h"
+#include "tool/output_file.h"
 
 namespace {
 
@@ -85,8 +86,12 @@ exit_status exchange(const command_line &line, const char *method,
 
 bool has_url(const command_line &line)
 {
-    if (line.operands.empty() || !is_sendable(line.operands[0])) {
-        complain_of_usage("A URL is needed, without blanks and control characters.");
+    if (line.operands.empty()) {
+        complain_of_usage((std::string(line.command) + " needs a URL.").c_str());
+        return false;
+    }
+    if (!is_sendable(line.operands[0])) {
+        complain_of_usage("A URL has no blanks and no control characters, and is not empty.");
         return false;
     }
     return true;

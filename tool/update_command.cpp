@@ -51,8 +51,9 @@ bool check_options(const update_options &options, float &version)
         complain_of_usage("update needs -product, -productline and -version.");
         return false;
     }
-    if (parse_float(options.version, &version) == 0) {
-        complain_of_usage("-version takes a number.");
+    const std::size_t digits = std::strspn(options.version, "0123456789.");
+    if (options.version[digits] != '\0' || parse_float(options.version, &version) == 0) {
+        complain_of_usage("-version takes a number such as 5.1.");
         return false;
     }
     return true;

@@ -229,6 +229,24 @@ TEST(CommandLine, AnOptionWithoutItsArgumentIsRefused)
     }
 }
 
+TEST(CommandLine, AnOptionOfAnotherCommandIsRefused)
+{
+    const struct {
+        std::vector<std::string> arguments;
+        std::string complaint;
+    } cases[] = {
+        {{"describe", "-proxy", "host:1"}, "-proxy does not go with describe."},
+        {{"-header", "update"}, "-header does not go with update."},
+        {{"get", "-product", "P", "http://127.0.0.1:1/"}, "-product does not go with get."},
+        {{"open", "-output", "f", "/"}, "-output does not go with open."},
+    };
+    for (const auto &[arguments, complaint] : cases) {
+        const ProgramResult result = run_corvella(arguments);
+        EXPECT_EQ(result.exit_status, 2) << complaint;
+        EXPECT_TRUE(contains(result.err, complaint)) << result.err;
+    }
+}
+
 TEST(CommandLine, AnUnknownCommandIsRefused)
 {
     for (const char *const command : {"fetch", "GET", "ge", "gett", "", "-5", "-", "http://x/"}) {

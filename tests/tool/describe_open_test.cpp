@@ -68,8 +68,8 @@ TEST(DescribeCommand, DescribesTheMachineAndTheTime)
 
 TEST(DescribeCommand, ShowsItsWholeCommandLine)
 {
-    const ProgramResult result = run_corvella({"-proxy", "host:1", "describe"});
-    EXPECT_TRUE(contains(result.out, corvella_path() + " -proxy host:1 describe")) << result.out;
+    const ProgramResult result = run_corvella({"-automated", "describe"});
+    EXPECT_TRUE(contains(result.out, corvella_path() + " -automated describe")) << result.out;
 }
 
 TEST(DescribeCommand, FramesItsResultInAnAutomatedRun)

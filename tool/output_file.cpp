@@ -1,0 +1,108 @@
+#include "tool/output_file.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "support/error.h"
+
+namespace {
+
+constexpr int most_links = 40;
+
+bool report_failure(const char *path)
+{
+    report_message(9, "Write of %s failed: %s\n", path, std::strerror(errno));
+    return false;
+}
+
+/// The folder of a path with its last slash; "" for a name alone.
+std::string folder_of(const std::string &path)
+{
+    return path.substr(0, path.rfind('/') + 1);
+}
+
+/// The path behind all links, also when nothing is there yet.
+std::string resolved_path(std::string path)
+{
+    char target[4096];
+    for (int i = 0; i < most_links; ++i) {
+        const ssize_t length = readlink(path.c_str(), target, sizeof target);
+        if (length < 0 || static_cast<std::size_t>(length) == sizeof target) {
+            break;
+        }
+        const std::string link(target, static_cast<std::size_t>(length));
+        path = link[0] == '/' ? link : folder_of(path) + link;
+    }
+    return path;
+}
+
+/// The permissions of the file that is replaced, or those of any new file.
+mode_t permissions_for(const std::string &path)
+{
+    struct stat status;
+    if (stat(path.c_str(), &status) == 0) {
+        return status.st_mode & 07777;
+    }
+    const mode_t mask = umask(0);
+    umask(mask);
+    return 0666 & ~mask;
+}
+
+bool write_all(std::FILE *file, std::string_view bytes)
+{
+    const bool written =
+        std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() && std::fflush(file) == 0;
+    const int reason = errno;
+    const bool closed = std::fclose(file) == 0;
+    if (!written) {
+        errno = reason;
+    }
+    return written && closed;
+}
+
+/// A device or a pipe is not to be replaced by a file.
+bool write_directly(const char *path, std::string_view bytes)
+{
+    std::FILE *const file = std::fopen(path, "w");
+    return (file != nullptr && write_all(file, bytes)) || report_failure(path);
+}
+
+/// Writes the new file, open at \p descriptor, and puts it in the place of \p path.
+bool fill_and_rename(int descriptor, const std::string &new_path, const std::string &path,
+                     std::string_view bytes)
+{
+    fchmod(descriptor, permissions_for(path));
+    std::FILE *const file = fdopen(descriptor, "w");
+    if (file == nullptr) {
+        close(descriptor);
+        return false;
+    }
+    return write_all(file, bytes) && std::rename(new_path.c_str(), path.c_str()) == 0;
+}
+
+} // namespace
+
+bool write_output_file(const char *path, std::string_view bytes)
+{
+    struct stat status;
+    if (stat(path, &status) == 0 && !S_ISREG(status.st_mode)) {
+        return write_directly(path, bytes);
+    }
+    const std::string final_path = resolved_path(path);
+    std::string new_path = final_path + ".XXXXXX";
+    const int descriptor = mkstemp(new_path.data());
+    if (descriptor < 0) {
+        return report_failure(path);
+    }
+    if (!fill_and_rename(descriptor, new_path, final_path, bytes)) {
+        report_failure(path);
+        unlink(new_path.c_str());
+        return false;
+    }
+    return true;
+}

@@ -1,0 +1,11 @@
+/// \file
+/// Writing a result to a file.
+#pragma once
+
+#include <string_view>
+
+/// Writes bytes to a file. It appears under its name only when all have arrived; until then they
+/// are in a file of another name beside it, and what was there before stays. A link stays one, the
+/// file keeps its permissions, and a device or pipe is written to directly. \return whether it
+/// worked; if not, it is reported and nothing half-written is left.
+bool write_output_file(const char *path, std::string_view bytes);
