@@ -34,7 +34,7 @@ int main(int count, char **vector)
     const int result =
         web_request(vector[1], "GET", 0, nullptr, &header, &body, nullptr, 0, nullptr, nullptr);
     if (result != 0) {
-        report_message(result == 2 ? 3 : 9, "%s\n", web_last_error()); // 2: cancelled
+        report_message(result == 2 ? 3 : 9, "%s", web_last_error()); // 2: cancelled
     }
     std::free(header);
     std::free(body);

@@ -22,7 +22,7 @@ int main(int count, char **vector)
     if (result == 0) {
         std::fputs(body, stdout);
     } else {
-        report_message(9, "%s\n", web_last_error());
+        report_message(9, "%s", web_last_error());
     }
     std::free(header);
     std::free(body);

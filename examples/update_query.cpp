@@ -20,7 +20,7 @@ int main(int count, char **vector)
         message, version, nullptr, nullptr, proxy.proxy_host,
         static_cast<std::uint16_t>(proxy.proxy_port), nullptr, nullptr);
     if (result != 0) {
-        report_message(9, "No answer: %s\n", web_last_error());
+        report_message(9, "No answer: %s", web_last_error());
         return 1;
     }
     set_print_stream(stdout);

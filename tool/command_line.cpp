@@ -21,15 +21,6 @@ struct reading {
     std::vector<option_meaning> options; ///< all that were given
 };
 
-void take_operand(command_line &line, const char *operand)
-{
-    if (line.command == nullptr) {
-        line.command = operand;
-    } else {
-        line.operands.push_back(operand);
-    }
-}
-
 /// Where the argument of an option goes that is no more than remembered; null for the others.
 const char **place_of_argument(command_line &line, reading &read, int code)
 {
@@ -104,25 +95,31 @@ bool take_option(command_line &line, reading &read, int code)
     return true;
 }
 
-/// Operands are taken in order, so that the command is known to the options behind it.
+/// Whether the command is `update`, wherever it stands: its "-version" is another than the
+/// program's.
+bool updates(int count, char **vector)
+{
+    for (int i = 1; i < count && std::strcmp(vector[i], "--") != 0; ++i) {
+        if (std::strcmp(vector[i], "update") == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
 bool read_options(int count, char **vector, command_line &line, reading &read)
 {
-    constexpr int operand_code = 1;
-    // The parser looks for "--" only behind its first element.
-    const bool only_operands = count > 1 && std::strcmp(vector[1], "--") == 0;
-    option_index = only_operands ? 2 : 0;
-    int code = only_operands ? -1 : 0;
-    while (code != -1) {
-        const std::vector<long_option> table = options_of_command(line.command);
-        code = get_long_options_only(count, vector, "-", table.data(), nullptr);
-        if (code == operand_code) {
-            take_operand(line, option_argument);
-        } else if (code != -1 && !take_option(line, read, code)) {
+    const std::vector<long_option> table = parser_table(updates(count, vector));
+    option_index = 0;
+    int code;
+    while ((code = get_long_options_only(count, vector, "", table.data(), nullptr)) != -1) {
+        if (!take_option(line, read, code)) {
             return false;
         }
     }
-    while (option_index < count) { // what stands behind "--"
-        take_operand(line, vector[option_index++]);
+    if (option_index < count) {
+        line.command = vector[option_index];
+        line.operands.assign(vector + option_index + 1, vector + count);
     }
     return true;
 }
@@ -171,6 +168,6 @@ bool read_command_line(int count, char **vector, command_line &line)
 
 void complain_of_usage(const char *complaint)
 {
-    report_message(9, "%s\n", complaint);
+    report_message(9, "%s", complaint);
     print_indented("%s", usage_text().c_str());
 }

@@ -5,7 +5,7 @@
 exit_status open_on_desktop(const char *target)
 {
     if (open_document(target) != 0) {
-        report_message(9, "Open of %s failed.\n", target);
+        report_message(9, "Open of %s failed.", target);
         return EXIT_FAILED;
     }
     return EXIT_DONE;

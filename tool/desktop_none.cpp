@@ -3,7 +3,7 @@
 
 exit_status open_on_desktop(const char *target)
 {
-    report_message(9, "Open of %s failed: this system has no service that opens documents.\n",
+    report_message(9, "Open of %s failed: this system has no service that opens documents.",
                    target);
     return EXIT_FAILED;
 }

@@ -70,12 +70,12 @@ exit_status status_of(int result)
     }
 }
 
-/// Ctrl-C during the connection attempt ends it as a failure, before the transaction looks at the
-/// request to stop.
+/// A request to stop that the transaction did not get to see: the connection attempt failed by it,
+/// or the body kept coming.
 int as_seen_by_the_user(int result)
 {
     constexpr int cancelled = 2;
-    if (result != -1 || web_cancel_requested == 0) {
+    if (web_cancel_requested == 0) {
         return result;
     }
     web_cancel_requested = 0;
@@ -108,7 +108,7 @@ exit_status end_exchange(int result)
     result = as_seen_by_the_user(result);
     if (result != 0) {
         const char *const reason = web_last_error();
-        report_message(9, "%s\n", reason[0] != '\0' ? reason : "The reply has no message.");
+        report_message(9, "%s", reason[0] != '\0' ? reason : "The reply has no message.");
     }
     return status_of(result);
 }

@@ -114,9 +114,8 @@ void append_usage(std::string &text, const char *heading, const program_option (
 
 } // namespace
 
-std::vector<long_option> options_of_command(const char *command)
+std::vector<long_option> parser_table(bool updates)
 {
-    const bool updates = command != nullptr && std::strcmp(command, "update") == 0;
     std::vector<long_option> table;
     append_parser_options(table, web_options, true);
     append_parser_options(table, request_options, true);

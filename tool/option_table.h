@@ -28,10 +28,9 @@ enum option_meaning {
     OPTION_OPEN,
 };
 
-/// \return the parser's table for what stands behind \p command, which is null before the command.
-/// "-version" asks for the program's own version, except behind the command `update`, where it
-/// gives the product's.
-std::vector<long_option> options_of_command(const char *command);
+/// \return the parser's table. "-version" asks for the program's own version, except where the
+/// command is `update`: there it takes the product's.
+std::vector<long_option> parser_table(bool updates);
 
 /// \return the name of an option that does not go with \p command; null when it does, or when there
 /// is no such command.

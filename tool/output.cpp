@@ -13,7 +13,7 @@ bool some_results_are_lost = false;
 
 void report_lost_output()
 {
-    report_message(9, "Write of standard output failed: %s\n", std::strerror(errno));
+    report_message(9, "Write of standard output failed: %s", std::strerror(errno));
 }
 
 } // namespace

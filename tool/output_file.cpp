@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "support/error.h"
+#include "tool/output.h"
 
 namespace {
 
@@ -16,7 +17,7 @@ constexpr int most_links = 40;
 
 bool report_failure(const char *path)
 {
-    report_message(9, "Write of %s failed: %s\n", path, std::strerror(errno));
+    report_message(9, "Write of %s failed: %s", path, std::strerror(errno));
     return false;
 }
 
@@ -46,7 +47,7 @@ mode_t permissions_for(const std::string &path)
 {
     struct stat status;
     if (stat(path.c_str(), &status) == 0) {
-        return status.st_mode & 07777;
+        return status.st_mode & 0777;
     }
     const mode_t mask = umask(0);
     umask(mask);
@@ -63,6 +64,14 @@ bool write_all(std::FILE *file, std::string_view bytes)
         errno = reason;
     }
     return written && closed;
+}
+
+/// Whether the path leads to what standard output is, as /dev/stdout does.
+bool is_standard_output(const struct stat &status)
+{
+    struct stat output;
+    return fstat(STDOUT_FILENO, &output) == 0 && output.st_dev == status.st_dev &&
+           output.st_ino == status.st_ino;
 }
 
 /// A device or a pipe is not to be replaced by a file.
@@ -90,11 +99,15 @@ bool fill_and_rename(int descriptor, const std::string &new_path, const std::str
 bool write_output_file(const char *path, std::string_view bytes)
 {
     struct stat status;
-    if (stat(path, &status) == 0 && !S_ISREG(status.st_mode)) {
+    const bool exists = stat(path, &status) == 0;
+    if (exists && is_standard_output(status)) {
+        return write_standard_output(bytes);
+    }
+    if (exists && !S_ISREG(status.st_mode)) {
         return write_directly(path, bytes);
     }
     const std::string final_path = resolved_path(path);
-    std::string new_path = final_path + ".XXXXXX";
+    std::string new_path = folder_of(final_path) + ".corvella.XXXXXX";
     const int descriptor = mkstemp(new_path.data());
     if (descriptor < 0) {
         return report_failure(path);

@@ -1,5 +1,6 @@
 #include <cstring>
 #include <string>
+#include <strings.h>
 #include <sys/utsname.h>
 
 #include "support/c-utils.h"
@@ -11,7 +12,7 @@
 
 namespace {
 
-constexpr int reply_size = 4096;
+constexpr int reply_size = 65536;
 
 /// The reply's fields; empty where the reply has none.
 struct update_reply_texts {
@@ -84,6 +85,21 @@ void say_field(const char *name, const char *value)
     }
 }
 
+/// A reply is not trusted to name anything but a page.
+bool is_web_address(const char *url)
+{
+    return strncasecmp(url, "http://", 7) == 0 || strncasecmp(url, "https://", 8) == 0;
+}
+
+exit_status open_reply_url(const char *url)
+{
+    if (!is_web_address(url)) {
+        report_message(9, "The reply's URL is no web address: '%s'", url);
+        return EXIT_FAILED;
+    }
+    return open_on_desktop(url);
+}
+
 /// Takes the carriage return off a URL of a reply with such line ends.
 void trim_url(char *url)
 {
@@ -102,7 +118,7 @@ exit_status update_command(const command_line &line)
     if (!check_options(line.update, version)) {
         return EXIT_USAGE;
     }
-    update_reply_texts reply = {};
+    static update_reply_texts reply; // too large for the stack of a small thread
     begin_exchange();
     const exit_status status = end_exchange(query(line, version, reply));
     if (status != EXIT_DONE) {
@@ -113,12 +129,5 @@ exit_status update_command(const command_line &line)
     say_field("Version", reply.version);
     say_field("Button", reply.button);
     say_field("URL", reply.url);
-    if (!line.open) {
-        return EXIT_DONE;
-    }
-    if (reply.url[0] == '\0') {
-        report_message(9, "The reply has no URL to open.\n");
-        return EXIT_FAILED;
-    }
-    return open_on_desktop(reply.url);
+    return line.open ? open_reply_url(reply.url) : EXIT_DONE;
 }

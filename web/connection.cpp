@@ -8,6 +8,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "web/socket_sends.h"
 #include "web/wait.h"
 #include "web/web_error.h"
 
@@ -21,7 +22,9 @@ int create_web_socket()
     }
     if (descriptor < 0) {
         set_web_error("Can't create web socket, %s", system_error_text());
+        return -1;
     }
+    prepare_socket(descriptor);
     return descriptor;
 }
 

@@ -35,7 +35,7 @@ struct request_sender {
     wait_result result; ///< ready until the peer is given up
 };
 
-/// Whether the user or the clock ends the sending of a piece that has not all gone yet.
+/// Whether the user or the clock ends the sending of a piece that makes no progress.
 wait_result judge_delay(std::uint32_t deadline)
 {
     if (web_cancel_requested != 0) {
@@ -44,23 +44,27 @@ wait_result judge_delay(std::uint32_t deadline)
     return deadline_passed(deadline) ? wait_result::timed_out : wait_result::ready;
 }
 
+/// Whether a send failed because it had to wait: for a signal, or for as long as it may.
+bool had_to_wait(int error, std::uint32_t deadline)
+{
+    return error == EINTR || (error == EAGAIN && deadline_passed(deadline));
+}
+
 /// \param more whether other pieces follow at once
 void send_text(request_sender &sender, std::string_view text, bool more)
 {
     std::uint32_t deadline = silence_deadline();
     while (!text.empty() && sender.result == wait_result::ready) {
         const ssize_t sent = send_piece(sender.socket, text.data(), text.size(), more);
-        const int error = sent < 0 ? errno : 0;
         if (sent >= 0) {
             text.remove_prefix(static_cast<std::size_t>(sent));
             deadline = silence_deadline();
+        } else if (!had_to_wait(errno, deadline)) {
+            shutdown(sender.socket, SHUT_WR); // or the pieces behind would make another request
+            return;
         }
         if (!text.empty()) {
             sender.result = judge_delay(deadline);
-        }
-        if (sender.result == wait_result::ready && error != 0 && error != EINTR) {
-            shutdown(sender.socket, SHUT_WR); // or the pieces behind would make another request
-            return;
         }
     }
 }

@@ -6,6 +6,9 @@
 #include <cstddef>
 #include <sys/types.h>
 
+/// Prepares a new socket: from here on a peer that is gone raises no signal.
+void prepare_socket(int socket);
+
 /// Prepares a connected socket for send_piece().
 void prepare_sends(int socket);
 

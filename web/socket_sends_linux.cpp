@@ -5,6 +5,11 @@
 
 #include "web/wait.h"
 
+void prepare_socket(int)
+{
+    // Each send says for itself that it wants no signal.
+}
+
 void prepare_sends(int socket)
 {
     const timeval limit = {SILENCE_LIMIT_SECONDS, 0};

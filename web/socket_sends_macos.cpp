@@ -16,11 +16,16 @@ void set_flag(int socket, int level, int option, int value)
 
 } // namespace
 
+void prepare_socket(int socket)
+{
+    // Before anything can go wrong: on a socket that the peer has reset it could not be set.
+    set_flag(socket, SOL_SOCKET, SO_NOSIGPIPE, 1);
+}
+
 void prepare_sends(int socket)
 {
     const timeval limit = {SILENCE_LIMIT_SECONDS, 0};
     setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
-    set_flag(socket, SOL_SOCKET, SO_NOSIGPIPE, 1);
     set_flag(socket, IPPROTO_TCP, TCP_NOPUSH, 1);
 }
 

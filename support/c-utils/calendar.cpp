@@ -2,12 +2,12 @@
 
 #include <cctype>
 #include <cstddef>
+#include <cstdio>
 #include <cstring>
 #include <ctime>
 
 #include "support/c-utils/copy.h"
 #include "support/c-utils/decimal.h"
-#include "support/c-utils/format.h"
 
 const char *const month_names[13] = {"???", "jan", "feb", "mar", "apr", "may", "jun",
                                      "jul", "aug", "sep", "oct", "nov", "dec"};
@@ -76,7 +76,7 @@ char *format_date_long(std::int32_t day_number, char *buffer)
 {
     std::int32_t year, month, day;
     date_from_day_number(day_number, &year, &month, &day);
-    format_string_bounded(buffer, date_text_size, "%d-%s-%.2d", day, month_name(month), year);
+    std::snprintf(buffer, date_text_size, "%d-%s-%.2d", day, month_name(month), year);
     return buffer;
 }
 
@@ -85,7 +85,7 @@ char *format_date_compact(std::int32_t day_number, char *buffer)
     std::int32_t year, month, day;
     date_from_day_number(day_number, &year, &month, &day);
     const std::int32_t shown_year = year < 2100 ? year - 2000 : year;
-    format_string_bounded(buffer, date_text_size, "%d%s%.2d", day, month_name(month), shown_year);
+    std::snprintf(buffer, date_text_size, "%d%s%.2d", day, month_name(month), shown_year);
     return buffer;
 }
 

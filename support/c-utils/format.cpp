@@ -1,7 +1,9 @@
 #include "support/c-utils/format.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <new>
 
 #include "support/error/allocation.h"
 
@@ -13,7 +15,9 @@ char *format_string_alloc(const char *format, std::va_list arguments)
     va_copy(measured, arguments);
     const int length = std::vsnprintf(area, sizeof area, format, measured);
     va_end(measured);
-
+    if (length < 0 && errno == EOVERFLOW) {
+        throw std::bad_alloc(); // longer than an int can count
+    }
     const std::size_t size = length < 0 ? 1 : static_cast<std::size_t>(length) + 1;
     char *const text = static_cast<char *>(checked_malloc(size));
     if (length < 0) {

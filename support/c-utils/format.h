@@ -8,7 +8,7 @@
 /// Formats into a new block of exactly the needed size, at least one byte. A formatting error
 /// gives an empty text. \p arguments is left as vsnprintf leaves it: the caller may only end it.
 /// \return the text, to be given back with checked_free().
-/// \throws std::bad_alloc when memory is exhausted.
+/// \throws std::bad_alloc when memory is exhausted or an int cannot count the text.
 [[gnu::format(printf, 1, 0)]] char *format_string_alloc(const char *format, std::va_list arguments);
 
 /// format_string_alloc() with the arguments written out.

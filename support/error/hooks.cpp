@@ -7,10 +7,10 @@
 #include "support/error/hooks_in_force.h"
 #include "support/error/message_line.h"
 
+namespace {
+
 OutputHook output_hook = default_output_hook;
 MessageHook message_hook = default_message_hook;
-
-namespace {
 
 constexpr int fatal_level = 10;
 
@@ -24,6 +24,16 @@ OutputHook set_output_hook(OutputHook hook)
 MessageHook set_message_hook(MessageHook hook)
 {
     return std::exchange(message_hook, hook != nullptr ? hook : default_message_hook);
+}
+
+int call_output_hook(const char *text, const char *tag)
+{
+    return output_hook(text, tag);
+}
+
+int call_message_hook(int level, const char *text)
+{
+    return message_hook(level, text);
 }
 
 int default_output_hook(const char *text, const char *)

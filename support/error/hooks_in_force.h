@@ -1,12 +1,9 @@
 /// \file
-/// The hooks in force. Internal to the facility: set_output_hook() and set_message_hook() are the
-/// way in from outside.
+/// Calling the hooks in force. Internal to the facility.
 #pragma once
 
-#include "support/error/hooks.h"
+/// Hands a text and its tag to the output hook. \return its result.
+int call_output_hook(const char *text, const char *tag);
 
-/// Never null.
-extern OutputHook output_hook;
-
-/// Never null.
-extern MessageHook message_hook;
+/// Hands a message to the message hook. \return its result.
+int call_message_hook(int level, const char *text);

@@ -37,7 +37,7 @@ int report_message(int level, const char *format, ...)
     int result = record_timestamped_line(line);
     // Deliberately the message is shown a second time: the hook forms its own line.
     if (level > 0) {
-        result = message_hook(level, text);
+        result = call_message_hook(level, text);
     }
     ++reported_messages;
     return result;
@@ -49,7 +49,7 @@ void write_raw_message(const char *text, const char *tag)
         return;
     }
     record_timestamped_line(text);
-    output_hook(text, tag);
+    call_output_hook(text, tag);
 }
 
 std::int32_t message_count()

@@ -7,9 +7,9 @@
 
 #include "support/error/recorder_state.h"
 
-recorder_state recorder = {0.0, 0};
-
 namespace {
+
+recorder_state recorder = {0.0, 0};
 
 constexpr double burst_gap_seconds = 60.0;
 constexpr std::size_t text_limit = 4056;
@@ -36,6 +36,11 @@ std::size_t length_without_line_end(const char *text)
 }
 
 } // namespace
+
+recorder_state &time_stamp_recorder()
+{
+    return recorder;
+}
 
 int record_timestamped_line(const char *text)
 {

@@ -9,4 +9,5 @@ struct recorder_state {
     std::uint32_t burst_count; ///< records without a gap of more than 60 seconds
 };
 
-extern recorder_state recorder;
+/// The state, for the recorder and its tests.
+recorder_state &time_stamp_recorder();

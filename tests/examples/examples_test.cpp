@@ -41,7 +41,7 @@ TEST(Example, SaysWhyItGetsNoPage)
     const ProgramResult result = run_program({example("get_page"), url_of(server)});
     EXPECT_EQ(result.exit_status, 1);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "Error: Bad HTTP status 404 from web site: Gone away\n\n"
+    EXPECT_EQ(result.err, "Error: Bad HTTP status 404 from web site: Gone away\n"
                           "Error: Bad HTTP status 404 from web site: Gone away\a\n");
 }
 

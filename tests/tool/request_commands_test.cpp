@@ -182,7 +182,7 @@ TEST(AutomatedOption, WithoutItAnErrorGoesToStandardErrorTwice)
     ScriptedServer server(replying("HTTP/1.0 404 Not Found\r\n\r\n"));
     const ProgramResult result = run_corvella({"get", url_of(server)});
     const std::string line = "Error: Bad HTTP status 404 from web site: Not Found";
-    EXPECT_EQ(result.err, line + "\n\n" + line + "\a\n");
+    EXPECT_EQ(result.err, line + "\n" + line + "\a\n");
 }
 
 } // namespace

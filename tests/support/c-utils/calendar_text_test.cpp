@@ -29,6 +29,19 @@ std::string compact_form(std::int32_t day_number)
     return buffer;
 }
 
+TEST(DateText, WritesNothingBehindItsNul)
+{
+    char buffer[24];
+    std::memset(buffer, 'x', sizeof buffer);
+    format_date_long(2451545, buffer);
+    EXPECT_STREQ(buffer, "1-jan-2000");
+    EXPECT_EQ(std::string(buffer + 11, 13), std::string(13, 'x'));
+    std::memset(buffer, 'x', sizeof buffer);
+    format_date_compact(2451545, buffer);
+    EXPECT_STREQ(buffer, "1jan00");
+    EXPECT_EQ(std::string(buffer + 7, 17), std::string(17, 'x'));
+}
+
 TEST(MonthNames, AreAnUnknownOneAndTheTwelveMonths)
 {
     static_assert(sizeof(month_names) == 13 * sizeof(char *), "thirteen texts");

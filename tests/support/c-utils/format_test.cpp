@@ -3,10 +3,12 @@
 #include "support/error/allocation.h"
 #include "tests/support/c-utils/exact_buffer.h"
 
+#include <climits>
 #include <cstdarg>
 #include <cstddef>
 #include <cwchar>
 #include <gtest/gtest.h>
+#include <new>
 #include <string>
 
 namespace {
@@ -53,6 +55,15 @@ TEST(FormatStringAlloc, GivesAnEmptyTextWhenFormattingFails)
     char *text = through_a_list("ab%lc", unprintable);
     ASSERT_NE(text, nullptr);
     EXPECT_EQ(taken(text), "");
+}
+
+TEST(FormatStringAlloc, RefusesATextThatAnIntCannotCount)
+{
+    const std::string format = "%" + std::to_string(INT_MAX + 1LL) + "d";
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+    EXPECT_THROW(through_a_list(format.c_str(), 1), std::bad_alloc);
+#pragma GCC diagnostic pop
 }
 
 TEST(FormatStringNew, FormatsTextsOfEveryLength)

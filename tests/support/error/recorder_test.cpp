@@ -35,6 +35,7 @@ extern "C" int gettimeofday(timeval *__restrict result, void *__restrict) noexce
 namespace {
 
 // Taken while the program starts, before any test has run.
+recorder_state &recorder = time_stamp_recorder();
 const recorder_state state_at_start = recorder;
 
 constexpr int stamp = 24 + 2; // the calendar form and ": "
