@@ -35,15 +35,6 @@ struct request_sender {
     wait_result result; ///< ready until the peer is given up
 };
 
-/// Whether the user or the clock ends the sending of a piece that makes no progress.
-wait_result judge_delay(std::uint32_t deadline)
-{
-    if (web_cancel_requested != 0) {
-        return wait_result::cancelled;
-    }
-    return deadline_passed(deadline) ? wait_result::timed_out : wait_result::ready;
-}
-
 /// Whether a send failed because it had to wait: for a signal, or for as long as it may.
 bool had_to_wait(int error, std::uint32_t deadline)
 {
@@ -62,9 +53,11 @@ void send_text(request_sender &sender, std::string_view text, bool more)
         } else if (!had_to_wait(errno, deadline)) {
             shutdown(sender.socket, SHUT_WR); // or the pieces behind would make another request
             return;
+        } else if (deadline_passed(deadline)) {
+            sender.result = wait_result::timed_out;
         }
-        if (!text.empty()) {
-            sender.result = judge_delay(deadline);
+        if (!text.empty() && web_cancel_requested != 0) {
+            sender.result = wait_result::cancelled;
         }
     }
 }
