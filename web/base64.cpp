@@ -1,19 +1,36 @@
 #include "web/base64.h"
 
+#include <array>
 #include <cstdint>
+#include <cstring>
 
 namespace {
 
 constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
+/// The two characters of 12 bits.
+struct digit_pair {
+    char first;
+    char second;
+};
+
+constexpr std::array<digit_pair, 4096> make_digit_pairs()
+{
+    std::array<digit_pair, 4096> pairs = {};
+    for (std::size_t bits = 0; bits < pairs.size(); ++bits) {
+        pairs[bits] = {alphabet[bits >> 6], alphabet[bits & 0x3f]};
+    }
+    return pairs;
+}
+
+constexpr std::array<digit_pair, 4096> digit_pairs = make_digit_pairs();
+
 /// Writes the four characters of 24 bits.
 char *write_group(char *out, std::uint32_t bits)
 {
-    *out++ = alphabet[bits >> 18 & 0x3f];
-    *out++ = alphabet[bits >> 12 & 0x3f];
-    *out++ = alphabet[bits >> 6 & 0x3f];
-    *out++ = alphabet[bits & 0x3f];
-    return out;
+    std::memcpy(out, &digit_pairs[bits >> 12], sizeof(digit_pair));
+    std::memcpy(out + 2, &digit_pairs[bits & 0xfff], sizeof(digit_pair));
+    return out + 4;
 }
 
 } // namespace

@@ -1,20 +1,64 @@
 /// \file
-/// The two digits of a percent escape. Internal to the layer.
+/// Percent escaping by table. Internal to the layer.
 #pragma once
 
-/// Writes "%" and the two digits of \p byte, taken from \p digits, to \p out.
-/// \return the place behind them.
-inline char *write_percent_escape(char *out, unsigned char byte, const char *digits)
-{
-    *out++ = '%';
-    *out++ = digits[byte >> 4];
-    *out++ = digits[byte & 0x0f];
-    return out;
-}
+#include <array>
+#include <cstddef>
+#include <cstring>
+
+/// What a byte becomes: itself, or "%" and two digits.
+struct percent_code {
+    char text[3];
+    unsigned char length; ///< 1 or 3
+};
+
+using percent_table = std::array<percent_code, 256>;
 
 /// Whether \p byte is an ASCII letter or digit, in every locale.
 constexpr bool is_ascii_alphanumeric(unsigned char byte)
 {
     return (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
            (byte >= 'a' && byte <= 'z');
+}
+
+/// Makes the table in which ASCII letters, digits and the characters of \p plain stay as they are,
+/// and the others are written with \p digits.
+constexpr percent_table make_percent_table(const char *plain, const char *digits)
+{
+    percent_table table = {};
+    for (std::size_t byte = 0; byte < table.size(); ++byte) {
+        const char c = static_cast<char>(byte);
+        bool stays = is_ascii_alphanumeric(static_cast<unsigned char>(byte));
+        for (const char *other = plain; *other != '\0'; ++other) {
+            stays = stays || *other == c;
+        }
+        table[byte] = {{stays ? c : '%', digits[byte >> 4], digits[byte & 0x0f]},
+                       static_cast<unsigned char>(stays ? 1 : 3)};
+    }
+    return table;
+}
+
+/// Writes the code of \p byte, three bytes even where it is shorter. \return the place behind it.
+inline char *write_percent_code(char *out, const percent_table &table, char byte)
+{
+    const percent_code &code = table[static_cast<unsigned char>(byte)];
+    std::memcpy(out, code.text, sizeof code.text);
+    return out + code.length;
+}
+
+/// Copies \p source with each byte's code and a NUL.
+inline void copy_percent_coded(char *out, const char *source, const percent_table &table)
+{
+    // A code is written as three bytes without looking, as long as what must still follow, a byte
+    // at least for each of the source and the NUL, is sure to cover them.
+    std::size_t left = std::strlen(source);
+    for (; left >= 2; --left) {
+        out = write_percent_code(out, table, *source++);
+    }
+    if (left == 1) {
+        const percent_code &code = table[static_cast<unsigned char>(*source)];
+        std::memcpy(out, code.text, code.length);
+        out += code.length;
+    }
+    *out = '\0';
 }
