@@ -1,9 +1,10 @@
 #include "support/error/message_line.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <cstddef>
 #include <cstring>
 
+#include "support/error/bounded_text.h"
 #include "support/error/messages.h"
 
 namespace {
@@ -30,14 +31,13 @@ constexpr int fallback_level = 8;
 // What a line needs beside its text: the longest label, ": ", the bell and the NUL fit into it.
 constexpr int line_overhead = 20;
 
-int length_without_trailing_newlines(const char *text)
+std::size_t length_without_trailing_newlines(const char *text)
 {
     std::size_t length = std::strlen(text);
     while (length > 0 && text[length - 1] == '\n') {
         --length;
     }
-    // The precision of a conversion is an int; a text longer than that is cut far below anyway.
-    return static_cast<int>(std::min<std::size_t>(length, 0x7fffffff));
+    return length;
 }
 
 } // namespace
@@ -58,13 +58,20 @@ int compose_message_line(int level, const char *text, int text_limit, char *buff
         return 0;
     }
     const level_style &style = level_styles[known_message_level(level)];
-    const char *const separator = style.label[0] == '\0' ? "" : ": ";
-    const char *const before = style.bell == Bell::before ? "\a" : "";
-    const char *const after = style.bell == Bell::after ? "\a" : "";
-    const int kept = std::min(length_without_trailing_newlines(text), text_limit);
-    const int length = std::snprintf(buffer, static_cast<std::size_t>(buffer_size), "%s%s%s%.*s%s",
-                                     before, style.label, separator, kept, text, after);
-    return std::min(length, buffer_size - 1);
+    bounded_text line = {buffer, static_cast<std::size_t>(buffer_size) - 1, 0};
+    if (style.bell == Bell::before) {
+        append_text(line, "\a");
+    }
+    append_text(line, style.label);
+    append_text(line, style.label[0] != '\0' ? ": " : "");
+    append_bytes(
+        line, text,
+        std::min(length_without_trailing_newlines(text), static_cast<std::size_t>(text_limit)));
+    if (style.bell == Bell::after) {
+        append_text(line, "\a");
+    }
+    end_text(line);
+    return static_cast<int>(line.length);
 }
 
 int format_message_line(int level, const char *text, char *buffer, int buffer_size)

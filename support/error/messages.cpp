@@ -3,9 +3,10 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "support/error/bounded_text.h"
 #include "support/error/hooks_in_force.h"
 #include "support/error/message_line.h"
-#include "support/error/print.h"
+#include "support/error/print_text.h"
 #include "support/error/recorder.h"
 
 namespace {
@@ -13,6 +14,18 @@ namespace {
 constexpr std::size_t message_size = 1024;
 
 std::uint32_t reported_messages = 0;
+
+/// Deliberately the text keeps its own newline in this copy of the message, and the levels without
+/// a label keep the colon.
+void compose_printed_line(int level, const char *text, char (&buffer)[message_size])
+{
+    bounded_text line = {buffer, message_size - 1, 0};
+    append_text(line, message_label(level));
+    append_text(line, ": ");
+    append_text(line, text);
+    append_text(line, "\n");
+    end_text(line);
+}
 
 } // namespace
 
@@ -27,13 +40,9 @@ int report_message(int level, const char *format, ...)
     std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
 
-    // Deliberately the text keeps its own newline in this copy, and the levels without a label
-    // keep the colon.
     char line[message_size];
-    if (std::snprintf(line, sizeof line, "%s: %s\n", message_label(level), text) < 0) {
-        line[0] = '\0';
-    }
-    print_indented("%s", line);
+    compose_printed_line(level, text, line);
+    print_text(line);
     int result = record_timestamped_line(line);
     // Deliberately the message is shown a second time: the hook forms its own line.
     if (level > 0) {

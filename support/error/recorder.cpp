@@ -1,10 +1,10 @@
 #include "support/error/recorder.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <ctime>
 
+#include "support/error/bounded_text.h"
 #include "support/error/recorder_state.h"
 
 namespace {
@@ -14,6 +14,7 @@ recorder_state recorder = {0.0, 0};
 constexpr double burst_gap_seconds = 60.0;
 constexpr std::size_t text_limit = 4056;
 constexpr std::size_t record_size = 4096;
+constexpr std::size_t time_length = 24;
 constexpr char unknown_time[] = "??? ??? ?? ??:??:?? ????"; // for a year that ctime cannot write
 
 void count_line(std::time_t now)
@@ -35,6 +36,20 @@ std::size_t length_without_line_end(const char *text)
     return length;
 }
 
+/// The local time of a second, formed anew only when the second is another.
+const char *local_time_text(std::time_t now)
+{
+    static std::time_t formed_for = 0;
+    static char formed[26] = ""; // the form of ctime: 24 characters, a newline and the NUL
+    if (formed[0] == '\0' || formed_for != now) {
+        formed_for = now;
+        if (ctime_r(&now, formed) == nullptr) {
+            std::memcpy(formed, unknown_time, sizeof unknown_time);
+        }
+    }
+    return formed;
+}
+
 } // namespace
 
 recorder_state &time_stamp_recorder()
@@ -47,12 +62,12 @@ int record_timestamped_line(const char *text)
     const std::time_t now = std::time(nullptr);
     count_line(now);
 
-    char time_buffer[26];
-    const char *const local_time = ctime_r(&now, time_buffer);
-    char record[record_size];
-    const std::size_t kept = std::min(length_without_line_end(text), text_limit);
-    const int length = std::snprintf(record, sizeof record, "%.24s: %.*s\n",
-                                     local_time != nullptr ? local_time : unknown_time,
-                                     static_cast<int>(kept), text);
-    return length - 1;
+    char buffer[record_size];
+    bounded_text record = {buffer, sizeof buffer - 1, 0};
+    append_bytes(record, local_time_text(now), time_length);
+    append_text(record, ": ");
+    append_bytes(record, text, std::min(length_without_line_end(text), text_limit));
+    append_text(record, "\n");
+    end_text(record);
+    return static_cast<int>(record.length) - 1;
 }
