@@ -14,6 +14,14 @@ namespace {
 WebIdleCallback idle_callback = nullptr;
 void *idle_argument = nullptr;
 
+/// Deliberately the two are compared as signed numbers, not by their difference.
+bool is_past(std::uint32_t deadline, std::uint32_t now)
+{
+    return static_cast<std::int32_t>(deadline) <= static_cast<std::int32_t>(now);
+}
+
+constexpr std::uint32_t silence_limit = SILENCE_LIMIT_SECONDS * 1000u;
+
 } // namespace
 
 void set_web_idle_callback(WebIdleCallback callback, void *argument)
@@ -24,19 +32,21 @@ void set_web_idle_callback(WebIdleCallback callback, void *argument)
 
 std::uint32_t silence_deadline()
 {
-    return current_time_milliseconds() + SILENCE_LIMIT_SECONDS * 1000u;
+    return current_time_milliseconds() + silence_limit;
 }
 
 bool deadline_passed(std::uint32_t deadline)
 {
-    return static_cast<std::int32_t>(deadline) <=
-           static_cast<std::int32_t>(current_time_milliseconds());
+    return is_past(deadline, current_time_milliseconds());
 }
 
 wait_result wait_readable(int socket, timeval slice)
 {
-    const std::uint32_t deadline = silence_deadline();
-    while (!deadline_passed(deadline)) {
+    // One look at the clock serves the deadline and the first comparison: this is done for each
+    // byte of a header.
+    std::uint32_t now = current_time_milliseconds();
+    const std::uint32_t deadline = now + silence_limit;
+    for (; !is_past(deadline, now); now = current_time_milliseconds()) {
         fd_set readable;
         FD_ZERO(&readable);
         FD_SET(socket, &readable);

@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 
 #include "support/c-utils/files.h"
-#include "support/c-utils/format.h"
 #include "support/error.h"
 
 namespace {
@@ -17,15 +16,34 @@ bool is_directory_itself_or_parent(const char *name)
     return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
 }
 
-/// \return whether the path fits; if not, it is reported.
-bool compose_path(char *path, const char *directory, const char *name)
+/// The path of the entry at hand: the directory and a slash, which stay, and the entry's name.
+struct walk_path {
+    const char *directory;
+    std::size_t name_at; ///< where the name begins, if the directory fits
+    char bytes[path_size];
+};
+
+void begin_path(walk_path &path, const char *directory)
 {
-    const int length = format_string_bounded(path, path_size, "%s/%s", directory, name);
-    if (length >= 0 && static_cast<std::size_t>(length) < path_size) {
-        return true;
+    const std::size_t length = std::strlen(directory);
+    path.directory = directory;
+    path.name_at = length + 1;
+    if (path.name_at < path_size) {
+        std::memcpy(path.bytes, directory, length);
+        path.bytes[length] = '/';
     }
-    report_message(8, "Path too long: %s/%s\n", directory, name);
-    return false;
+}
+
+/// \return whether the path fits; if not, it is reported.
+bool put_name(walk_path &path, const char *name)
+{
+    const std::size_t size = std::strlen(name) + 1;
+    if (path.name_at > path_size || size > path_size - path.name_at) {
+        report_message(8, "Path too long: %s/%s\n", path.directory, name);
+        return false;
+    }
+    std::memcpy(path.bytes + path.name_at, name, size);
+    return true;
 }
 
 bool is_regular_file(const char *path)
@@ -45,11 +63,12 @@ void for_each_regular_file(const char *directory, regular_file_callback callback
         report_message(8, "Can't open directory %s: error %s\n", directory, std::strerror(errno));
         return;
     }
-    char path[path_size];
+    walk_path path;
+    begin_path(path, directory);
     while (const dirent *const entry = readdir(entries.get())) {
-        if (!is_directory_itself_or_parent(entry->d_name) &&
-            compose_path(path, directory, entry->d_name) && is_regular_file(path)) {
-            callback(path, user);
+        if (!is_directory_itself_or_parent(entry->d_name) && put_name(path, entry->d_name) &&
+            is_regular_file(path.bytes)) {
+            callback(path.bytes, user);
         }
     }
 }
