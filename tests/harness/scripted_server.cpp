@@ -4,14 +4,20 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
 #include <fcntl.h>
 #include <netinet/in.h>
-#include <netinet/tcp.h>
 #include <poll.h>
 #include <stdexcept>
 #include <sys/socket.h>
 #include <unistd.h>
 #include <utility>
+
+#ifdef __linux__
+#include <linux/tcp.h> // knows of counters that <netinet/tcp.h> does not
+#else
+#include <netinet/tcp.h>
+#endif
 
 namespace {
 
@@ -91,6 +97,19 @@ bool ScriptedConnection::wait_for_release()
     char byte;
     return server_.wait_for(server_.release_pipe_[0], POLLIN, longest_wait_ms) &&
            read(server_.release_pipe_[0], &byte, 1) == 1;
+}
+
+int ScriptedConnection::data_segments() const
+{
+#ifdef __linux__
+    tcp_info info = {};
+    socklen_t size = sizeof info;
+    constexpr std::size_t needed = offsetof(tcp_info, tcpi_data_segs_in) + sizeof(__u32);
+    if (getsockopt(socket_, IPPROTO_TCP, TCP_INFO, &info, &size) == 0 && size >= needed) {
+        return static_cast<int>(info.tcpi_data_segs_in);
+    }
+#endif
+    return -1;
 }
 
 void ScriptedConnection::close()

@@ -41,6 +41,8 @@ public:
     bool send(std::string_view bytes);
     bool wait(int milliseconds);
     bool wait_for_release();
+    /// How many segments with data have come; -1 where the system does not tell.
+    int data_segments() const;
     void close();
     /// Sends no more, but can still receive.
     void half_close();

@@ -33,6 +33,14 @@ bool is_next(NetworkEvent::Kind kind)
     return !network.events.empty() && network.events.front().kind == kind;
 }
 
+/// Whether the client has said itself that it sends no more.
+bool sending_is_shut_down()
+{
+    return std::any_of(
+        network.shutdowns.begin(), network.shutdowns.end(),
+        [](const FakeNetwork::Shutdown &shutdown) { return shutdown.how != SHUT_RD; });
+}
+
 /// Lets up to \p limit_ms pass; false when something happens before they have.
 bool silence_fills(std::int64_t limit_ms)
 {
@@ -162,9 +170,12 @@ int connect(int, const sockaddr *address, socklen_t size)
     return network.connect_error != 0 ? fails_with(network.connect_error) : 0;
 }
 
-ssize_t send(int, const void *bytes, size_t size, int)
+ssize_t send(int, const void *bytes, size_t size, int flags)
 {
     static int interruptions = 0;
+    if (size > 0) {
+        network.sends.push_back({{static_cast<const char *>(bytes), size}, flags});
+    }
     if (network.send_error != 0) {
         network.clock_ms += network.send_error_ms; // or whoever tries again would do so for ever
         return fails_with(network.send_error);
@@ -173,9 +184,21 @@ ssize_t send(int, const void *bytes, size_t size, int)
         return fails_with(EINTR);
     }
     interruptions = 0;
+    if (network.sends.size() == network.lost_send + 1) {
+        return fails_with(ENOBUFS);
+    }
+    if (sending_is_shut_down()) {
+        return fails_with(EPIPE);
+    }
     const std::size_t count = std::min(size, network.send_at_most);
     network.sent.append(static_cast<const char *>(bytes), count);
     return static_cast<ssize_t>(count);
+}
+
+int shutdown(int, int how) noexcept
+{
+    network.shutdowns.push_back({how, network.sends.size()});
+    return 0;
 }
 
 int select(int width, fd_set *reading, fd_set *, fd_set *, timeval *limit)
@@ -214,7 +237,7 @@ ssize_t recv(int, void *buffer, size_t room, int flags)
         return fails_with(ENOTCONN);
     }
     std::string &bytes = network.events.front().bytes;
-    const std::size_t count = std::min(room, bytes.size());
+    const std::size_t count = std::min({room, bytes.size(), network.receive_at_most});
     std::memcpy(buffer, bytes.data(), count);
     if ((flags & MSG_PEEK) == 0) {
         bytes.erase(0, count);

@@ -1,7 +1,8 @@
 /// \file
 /// The system's network and clock replaced by a script: in a program with this file, the library's
-/// calls of gethostbyname, socket, connect, send, select, recv and gettimeofday come here. Time
-/// passes only within select and failing sends, so that a time-out of ten seconds takes none.
+/// calls of gethostbyname, socket, connect, send, shutdown, select, recv and gettimeofday come
+/// here. Time passes only within select and failing sends, so that a time-out of ten seconds takes
+/// none.
 #pragma once
 
 #include <cstddef>
@@ -46,12 +47,24 @@ struct FakeNetwork {
     int send_error_ms = 1000;   ///< that every failing send takes
     int send_interruptions = 0; ///< that precede each send that works
     std::size_t send_at_most = SIZE_MAX;
+    std::size_t lost_send = SIZE_MAX; ///< the number of the one send that fails with ENOBUFS
+    std::size_t receive_at_most = SIZE_MAX;
     std::int64_t clock_ms = 0; ///< since 1970
 
     std::vector<std::string> lookups;
     std::vector<std::vector<int>> sockets; ///< family, type and protocol of each
     std::vector<sockaddr_in> connects;
-    std::string sent;
+    std::string sent; ///< all that the peer has been given
+    struct Send {
+        std::string bytes; ///< that were offered, not all of which may have been taken
+        int flags;
+    };
+    std::vector<Send> sends; ///< each, but for those of nothing
+    struct Shutdown {
+        int how;
+        std::size_t sends_before;
+    };
+    std::vector<Shutdown> shutdowns;
     struct Wait {
         int width;
         std::int64_t microseconds;

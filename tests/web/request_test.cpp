@@ -203,6 +203,36 @@ TEST_F(RequestUrl, SurvivesAPortBeyondEveryNumber)
     }
 }
 
+// Deliberate: a port beyond 32 bits counts as the nearest number inside, whose lowest 16 bits go
+// into the address, as those of any other do.
+TEST_F(RequestUrl, TakesTheLowest16BitsOfTheNearest32BitNumberAsPort)
+{
+    const struct {
+        const char *port;
+        const char *destination;
+    } cases[] = {
+        {"99999", "WEB1:34463"},
+        {"-1", "WEB1:65535"},
+        {"2147483647", "WEB1:65535"}, // 0x7fffffff
+        {"2147483648", "WEB1:65535"},
+        {"4294967296", "WEB1:65535"},
+        {"4294967376", "WEB1:65535"}, // 80 above the 32 bits
+        {"9223372036854775808", "WEB1:65535"},
+        {"18446744073709551696", "WEB1:65535"}, // 80 above the 64 bits
+        {"99999999999999999999999999999999", "WEB1:65535"},
+        {"-2147483648", "WEB1:0"}, // 0x80000000
+        {"-2147483649", "WEB1:0"},
+        {"-4294967216", "WEB1:0"},
+        {"-9223372036854775809", "WEB1:0"},
+        {"-99999999999999999999", "WEB1:0"},
+        {"2147400000", "WEB1:47424"}, // 0x7ffeb940
+    };
+    for (const auto &row : cases) {
+        EXPECT_EQ(destination("http://web1:" + std::string(row.port) + "/"), row.destination)
+            << row.port;
+    }
+}
+
 TEST_F(RequestUrl, OfAnotherSchemeIsRefused)
 {
     const struct {

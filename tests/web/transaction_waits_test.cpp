@@ -125,6 +125,15 @@ TEST_F(HeaderWait, CallsNoIdleCallbackThatIsSwitchedOff)
     EXPECT_EQ(calls, 0);
 }
 
+TEST_F(HeaderWait, PassesANullIdleArgumentOn)
+{
+    static void *seen;
+    seen = &seen;
+    set_web_idle_callback([](void *argument) { seen = argument; }, nullptr);
+    expect_timeout(run({}));
+    EXPECT_EQ(seen, nullptr);
+}
+
 TEST_F(HeaderWait, KeepsTheIdleCallbackForTheNextTransaction)
 {
     for (int round = 1; round <= 3; ++round) {

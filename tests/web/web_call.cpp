@@ -48,9 +48,13 @@ std::string request_text(const std::string &first_line, const std::string &host,
            "\r\n"
            "Accept: image/gif, image/x-xbitmap, image/jpeg, image/pjpeg, */*\r\n"
            "Accept-Language: en-us\r\n"
-           "User-Agent: Morvane_Auto1\r\n"
-           "Referer: www." CORVELLA_MAKER_DOMAIN "\r\n" +
-           extra + "Host: " + host + "\r\n" + authorization + "\r\n" + body;
+           "User-Agent: Morvane_Auto1\r\n" +
+           referer_line() + extra + "Host: " + host + "\r\n" + authorization + "\r\n" + body;
+}
+
+std::string referer_line()
+{
+    return "Referer: www." CORVELLA_MAKER_DOMAIN "\r\n";
 }
 
 std::string code_text(int error_number)

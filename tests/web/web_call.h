@@ -43,6 +43,9 @@ std::string request_text(const std::string &first_line, const std::string &host,
                          const std::string &extra = "", const std::string &authorization = "",
                          const std::string &body = "");
 
+/// The request's line with the maker's domain, with its line end.
+std::string referer_line();
+
 /// "code N: description" of a system error number.
 std::string code_text(int error_number);
 

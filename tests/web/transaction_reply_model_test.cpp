@@ -1,0 +1,190 @@
+/// \file
+/// Random replies, split by a transaction and by a plain model of where a reply's header ends and
+/// of what its body keeps.
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/web/fake_network.h"
+#include "web/web.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Pieces = std::vector<std::string>;
+
+/// What a reply is to become. The pieces are what is there at once, of which a receive never takes
+/// more than one.
+struct ReplyModel {
+    bool complete = false; ///< whether the header came to its end
+    std::string header;
+    std::string body;
+    std::size_t lost = 0; ///< bytes of the body that are not kept
+};
+
+/// Where the line feed stands that ends the header: behind a line of carriage returns alone, or of
+/// nothing, but not at the very beginning. npos when there is none.
+std::size_t end_of_header(const std::string &reply)
+{
+    std::size_t line = 0;
+    for (std::size_t feed = reply.find('\n'); feed != std::string::npos;
+         feed = reply.find('\n', line)) {
+        const std::string content = reply.substr(line, feed - line);
+        if (feed != 0 && content.find_first_not_of('\r') == std::string::npos) {
+            return feed;
+        }
+        line = feed + 1;
+    }
+    return std::string::npos;
+}
+
+/// \param receive_at_most what the system gives at once, however much is there
+ReplyModel model_of(const Pieces &pieces, std::size_t receive_at_most)
+{
+    std::string reply;
+    for (const std::string &piece : pieces) {
+        reply += piece;
+    }
+    ReplyModel model;
+    const std::size_t end = end_of_header(reply);
+    model.complete = end != std::string::npos;
+    model.header = reply.substr(0, end);
+    std::size_t of_header = model.complete ? end + 1 : reply.size();
+    const std::size_t chunk_size = std::min<std::size_t>(1023, receive_at_most);
+    for (const std::string &piece : pieces) {
+        const std::size_t skipped = std::min(of_header, piece.size());
+        of_header -= skipped;
+        for (std::size_t at = skipped; at < piece.size(); at += chunk_size) {
+            const std::string chunk = piece.substr(at, chunk_size);
+            const std::string kept = chunk.substr(0, chunk.find('\0'));
+            model.body += kept;
+            model.lost += chunk.size() - kept.size();
+        }
+    }
+    return model;
+}
+
+/// Whether \p text holds these bytes and a NUL behind them.
+bool holds(const char *text, const std::string &bytes)
+{
+    return text != nullptr && std::equal(bytes.c_str(), bytes.c_str() + bytes.size() + 1, text);
+}
+
+std::string in_words(const Pieces &pieces, std::size_t receive_at_most)
+{
+    return testing::PrintToString(pieces) + ", at most " + std::to_string(receive_at_most);
+}
+
+class ReplyModelTest : public FakeNetworkTest {
+protected:
+    /// \return the model, for the caller to count what it has seen.
+    static ReplyModel expect_as_model(const Pieces &pieces, std::size_t receive_at_most = SIZE_MAX)
+    {
+        network.receive_at_most = receive_at_most;
+        network.waits.clear();
+        network.receives.clear();
+        network.events.clear();
+        for (const std::string &piece : pieces) {
+            network.events.push_back(data(piece));
+        }
+        network.events.push_back(peer_closes());
+        char *header = nullptr;
+        char *body = nullptr;
+        const int result = web_transaction("HTTP", "web1.test", "/", 80, "GET", "", {}, &header,
+                                           &body, nullptr, 0, nullptr, nullptr);
+        const ReplyModel model = model_of(pieces, receive_at_most);
+        EXPECT_EQ(result, 0) << in_words(pieces, receive_at_most);
+        // The header may have NUL bytes; the body has none.
+        EXPECT_TRUE(holds(header, model.header))
+            << in_words(pieces, receive_at_most) << "\nexpected "
+            << testing::PrintToString(model.header) << "\n, not "
+            << testing::PrintToString(header != nullptr ? header : "(none)");
+        EXPECT_TRUE(holds(body, model.body)) << in_words(pieces, receive_at_most) << "\nexpected "
+                                             << testing::PrintToString(model.body) << "\n, not "
+                                             << testing::PrintToString(body != nullptr ? body : "");
+        EXPECT_STREQ(web_last_error(), "earlier");
+        std::free(header);
+        std::free(body);
+        return model;
+    }
+
+    /// Cuts a reply into pieces of 1 to \p longest bytes.
+    static Pieces cut(const std::string &reply, unsigned longest, RandomTexts &random)
+    {
+        Pieces pieces;
+        for (std::size_t at = 0; at < reply.size(); at += pieces.back().size()) {
+            pieces.push_back(reply.substr(at, 1 + random.below(longest)));
+        }
+        return pieces;
+    }
+};
+
+const std::string nasty_bytes("\r\r\r\n\n\n\n\0aZ: \x80\xff", 14);
+
+} // namespace
+
+TEST_F(ReplyModelTest, AgreesOnRandomReplies)
+{
+    constexpr int rounds = 40000;
+    RandomTexts random(20261, nasty_bytes, 40);
+    int complete = 0;
+    int losing = 0;
+    for (int round = 0; round < rounds && !HasFailure(); ++round) {
+        const Pieces pieces = cut(random.next(), 1 + random.below(20), random);
+        const std::size_t at_most = random.below(2) == 0 ? SIZE_MAX : 1 + random.below(6);
+        const ReplyModel model = expect_as_model(pieces, at_most);
+        complete += model.complete ? 1 : 0;
+        losing += model.lost > 0 ? 1 : 0;
+    }
+    // Otherwise the replies would show little.
+    EXPECT_GT(complete, rounds / 4);
+    EXPECT_LT(complete, rounds * 9 / 10);
+    EXPECT_GT(losing, rounds / 10);
+}
+
+TEST_F(ReplyModelTest, AgreesOnRandomRepliesWithLongBodies)
+{
+    constexpr int rounds = 4000;
+    // Few bytes are NUL, so that whole chunks are lost in part only.
+    std::string mostly_letters(1000, 'x');
+    mostly_letters.replace(0, nasty_bytes.size(), nasty_bytes);
+    RandomTexts bodies(20262, mostly_letters, 6000);
+    RandomTexts headers(20263, nasty_bytes, 20);
+    int losing = 0;
+    for (int round = 0; round < rounds && !HasFailure(); ++round) {
+        const std::string reply = headers.next() + "A\n\n" + bodies.next();
+        const unsigned longest = bodies.below(2) == 0 ? 1500 : 5000;
+        const std::size_t at_most = bodies.below(2) == 0 ? SIZE_MAX : 1 + bodies.below(1100);
+        losing += expect_as_model(cut(reply, longest, bodies), at_most).lost > 0 ? 1 : 0;
+    }
+    EXPECT_GT(losing, rounds / 4);
+    EXPECT_LT(losing, rounds);
+}
+
+TEST_F(ReplyModelTest, AgreesOnEveryShortReply)
+{
+    const std::string alphabet("\r\na\0", 4);
+    std::vector<std::string> replies = {""};
+    for (std::size_t i = 0; i < replies.size() && !HasFailure(); ++i) {
+        const std::string reply = replies[i];
+        Pieces single_bytes;
+        for (const char byte : reply) {
+            single_bytes.emplace_back(1, byte);
+        }
+        expect_as_model(single_bytes);
+        if (!reply.empty()) {
+            expect_as_model({reply});
+            expect_as_model({reply}, 2);
+        }
+        if (reply.size() < 6) {
+            for (const char byte : alphabet) {
+                replies.push_back(reply + byte);
+            }
+        }
+    }
+    EXPECT_EQ(replies.size(), 5461u); // 1 + 4 + 16 + ... + 4096
+}
