@@ -95,16 +95,19 @@ bool take_option(command_line &line, reading &read, int code)
     return true;
 }
 
-/// Whether the command is `update`, wherever it stands: its "-version" is another than the
-/// program's.
+/// Whether the command is `update`, whose "-version" is another than the program's: whether, read
+/// with its options, the first operand says so.
 bool updates(int count, char **vector)
 {
-    for (int i = 1; i < count && std::strcmp(vector[i], "--") != 0; ++i) {
-        if (std::strcmp(vector[i], "update") == 0) {
-            return true;
-        }
+    const std::vector<long_option> table = parser_table(true);
+    std::vector<char *> elements(vector, vector + count + 1); // the scan changes their order
+    option_index = 0;
+    option_errors = 0;
+    while (get_long_options_only(count, elements.data(), "", table.data(), nullptr) != -1) {
     }
-    return false;
+    option_errors = 1;
+    return option_index < count &&
+           std::strcmp(elements[static_cast<std::size_t>(option_index)], "update") == 0;
 }
 
 bool read_options(int count, char **vector, command_line &line, reading &read)
@@ -151,6 +154,9 @@ bool check_places(const command_line &line, const reading &read)
 bool read_command_line(int count, char **vector, command_line &line)
 {
     line = {};
+    if (count == 0) {
+        return false; // a program that was started without even its name
+    }
     reading read = {};
     if (!read_options(count, vector, line, read)) {
         print_indented("Try 'corvella -help'.\n");

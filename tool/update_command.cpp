@@ -93,6 +93,10 @@ bool is_web_address(const char *url)
 
 exit_status open_reply_url(const char *url)
 {
+    if (url[0] == '\0') {
+        report_message(9, "The reply has no URL to open.");
+        return EXIT_FAILED;
+    }
     if (!is_web_address(url)) {
         report_message(9, "The reply's URL is no web address: '%s'", url);
         return EXIT_FAILED;

@@ -122,6 +122,28 @@ TEST(Interrupt, CancelsTheWaitForTheBody)
     EXPECT_EQ(directory.names(), std::vector<std::string>{"page"});
 }
 
+// As with nohup, or in the background of a shell without job control.
+TEST(Interrupt, StaysIgnoredWhereTheProgramIsStartedSo)
+{
+    Milestone waiting;
+    ScriptedServer server({collect_request(), waiting.step(), stay_silent(),
+                           send_bytes(good_reply("the whole body"))});
+    ProgramOptions options;
+    options.prepare = [] { std::signal(SIGINT, SIG_IGN); };
+    RunningProgram program(corvella_command({"get", url_of(server)}), options);
+    ASSERT_TRUE(waiting.wait());
+    for (int i = 0; i < 2; ++i) {
+        let_it_wait();
+        program.process().signal(SIGINT);
+    }
+    let_it_wait();
+    server.release();
+    const ProgramResult result = program.finish();
+    EXPECT_EQ(result.exit_status, 0) << result.signal << result.err;
+    EXPECT_EQ(result.out, "the whole body");
+    EXPECT_EQ(result.err, "");
+}
+
 /// Interrupts a program that does not look at the request to cancel; once more if need be.
 void expect_end_by_second_interrupt(RunningProgram &program)
 {

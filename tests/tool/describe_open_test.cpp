@@ -88,6 +88,8 @@ TEST(OpenCommand, FailsWhereThereIsNoDesktop)
         EXPECT_EQ(result.exit_status, 1);
         EXPECT_EQ(result.out, "");
         EXPECT_TRUE(contains(result.err, target)) << result.err;
+        EXPECT_TRUE(contains(result.err, "this system has no service that opens documents"))
+            << result.err;
     }
 }
 #endif

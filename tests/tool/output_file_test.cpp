@@ -174,6 +174,95 @@ TEST(OutputOption, ADeviceIsWrittenTo)
     EXPECT_EQ(get_into("/dev/stdout", "body").out, "body");
 }
 
+/// Standard output in a file that says something already, with this flag beside the usual ones.
+class RedirectedOutput {
+public:
+    explicit RedirectedOutput(int flag)
+        : descriptor_(open(directory_.write("log", "earlier\n").c_str(), O_WRONLY | flag))
+    {
+        EXPECT_GE(descriptor_, 0);
+        lseek(descriptor_, 0, SEEK_END);
+    }
+    RedirectedOutput(const RedirectedOutput &) = delete;
+    RedirectedOutput &operator=(const RedirectedOutput &) = delete;
+    ~RedirectedOutput()
+    {
+        close(descriptor_);
+    }
+    ProgramOptions options() const
+    {
+        ProgramOptions options;
+        options.out = descriptor_;
+        return options;
+    }
+    void write_more() const
+    {
+        EXPECT_EQ(write(descriptor_, "later\n", 6), 6);
+    }
+    std::string text() const
+    {
+        return directory_.read("log");
+    }
+    Names names() const
+    {
+        return directory_.names();
+    }
+
+private:
+    TemporaryDirectory directory_;
+    int descriptor_;
+};
+
+TEST(OutputOption, StandardOutputByItsNameKeepsWhatItsFileHolds)
+{
+    for (const int flag : {O_APPEND, 0}) {
+        for (const char *const name : {"/dev/stdout", "/dev/fd/1"}) {
+            const RedirectedOutput output(flag);
+            EXPECT_EQ(get_into(name, "body\n", output.options()).exit_status, 0);
+            output.write_more();
+            EXPECT_EQ(output.text(), "earlier\nbody\nlater\n") << name << flag;
+            EXPECT_EQ(output.names(), Names{"log"});
+        }
+    }
+}
+
+TEST(OutputOption, StandardOutputByItsNameTakesTheBodyBehindTheHeader)
+{
+    const RedirectedOutput output(O_APPEND);
+    ScriptedServer server(replying("HTTP/1.0 200 OK\r\nX-Line: 1\r\n\r\nbody"));
+    const ProgramResult result = run_corvella(
+        {"get", url_of(server), "-header", "-output", "/dev/stdout"}, output.options());
+    EXPECT_EQ(result.exit_status, 0) << result.err;
+    EXPECT_EQ(output.text(), "earlier\nHTTP/1.0 200 OK\r\nX-Line: 1\r\n\r\nbody");
+}
+
+TEST(OutputOption, ANameMayBeAsLongAsTheSystemAllows)
+{
+    const TemporaryDirectory directory;
+    const std::string name(255, 'n');
+    for (const char *const body : {"made", "replaced"}) {
+        const ProgramResult result = get_into(directory.path(name), body);
+        EXPECT_EQ(result.exit_status, 0) << result.err;
+        EXPECT_EQ(directory.read(name), body);
+        EXPECT_EQ(directory.names(), Names{name});
+    }
+}
+
+// Whoever answered the request shall not get the rights of the file's owner.
+TEST(OutputOption, TheRightToRunAsTheOwnerDoesNotPassToTheNewFile)
+{
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("page", "old");
+    struct stat status = {};
+    ASSERT_EQ(chmod(path.c_str(), 06751), 0);
+    ASSERT_EQ(stat(path.c_str(), &status), 0);
+    ASSERT_NE(status.st_mode & S_ISUID, 0U);
+    EXPECT_EQ(get_into(path, "new").exit_status, 0);
+    ASSERT_EQ(stat(path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0751U);
+    EXPECT_EQ(directory.read("page"), "new");
+}
+
 void allow_small_files_only()
 {
     const rlimit limit = {4096, 4096};

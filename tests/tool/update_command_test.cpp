@@ -59,6 +59,41 @@ TEST(UpdateCommand, TakesItsOptionsInAnyOrderAndForm)
               "&machine%5fid=m&processor%5farch=ppc");
 }
 
+TEST(UpdateCommand, TakesTheProductsVersionWhereverItStands)
+{
+    const Arguments cases[] = {
+        {"-version", "5.1", "update", "-product", "P", "-productline", "L"},
+        {"--version=5.1", "update", "-product", "P", "-productline", "L"},
+        {"-product", "P", "+version", "5.1", "-productline", "L", "update"},
+        {"-product", "P", "update", "-version", "5.1", "-productline", "L"},
+        {"update", "-version=5.1", "-product", "P", "-productline", "L"},
+        {"update", "-product", "P", "-productline", "L", "-version", "5.1"},
+        {"-automated", "update", "-product", "P", "-productline", "L", "-version", "5.1"},
+        {"-product", "update", "-productline", "L", "-version", "5.1", "update"},
+    };
+    for (const Arguments &arguments : cases) {
+        EXPECT_EQ(field_of(posted_form(arguments), "version"), "5%2e100")
+            << arguments[0] << " " << arguments[1];
+    }
+}
+
+// The word alone does not make it the command.
+TEST(UpdateCommand, OtherCommandsShowTheProgramsVersionBesideAWordUpdate)
+{
+    const Arguments cases[] = {
+        {"get", "http://127.0.0.1:1/", "-output", "update", "-version"},
+        {"-output", "update", "get", "http://127.0.0.1:1/", "-version"},
+        {"-output=update", "get", "http://127.0.0.1:1/", "-version"},
+        {"post", "http://127.0.0.1:1/", "update", "-version"},
+    };
+    for (const Arguments &arguments : cases) {
+        const ProgramResult result = run_corvella(arguments);
+        EXPECT_EQ(result.exit_status, 0) << arguments[0] << " " << arguments[1] << result.err;
+        EXPECT_EQ(result.out, "corvella " + corvella_version() + "\n");
+        EXPECT_EQ(result.err, "");
+    }
+}
+
 TEST(UpdateCommand, PrintsTheVersionNumberWithThreeDecimals)
 {
     struct {

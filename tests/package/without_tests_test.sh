@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Without the tests, no package that only they need is looked for: neither in a fresh folder nor in
+# one that had them.
+#   without_tests_test.sh SOURCE_DIR GOOGLETEST_SOURCES COMPILER FLAGS
+set -euo pipefail
+sources=$1 googletest=$2 compiler=$3 flags=$4
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+
+# configure FOLDER OPTION...
+configure() {
+    local folder=$scratch/$1
+    shift
+    cmake -S "$sources" -B "$folder" -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags" \
+        "$@" >"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
+    cmake --build "$folder" --target help >"$scratch/targets"
+}
+
+# Prints the targets of the tests, GoogleTest and the examples, as the build tool lists them.
+test_targets() {
+    grep -Ei '(\b|_)tests?\b|gtest|harness|stand_ins|get_page|post_form' "$scratch/targets" || true
+}
+
+expect_no_tests() {
+    grep -q corvella_web "$scratch/targets" || { echo 'no target of the layer'; exit 1; }
+    [ -z "$(test_targets)" ] || { printf '%s\n' "in the $1:" "$(test_targets)"; exit 1; }
+}
+
+without_tests=(-DBUILD_TESTING=OFF -DCORVELLA_GOOGLETEST_SOURCES=/nowhere)
+configure fresh "${without_tests[@]}"
+expect_no_tests 'fresh folder'
+
+configure used -DCORVELLA_GOOGLETEST_SOURCES="$googletest"
+[ -n "$(test_targets)" ] || { echo 'no tests at all'; exit 1; }
+configure used "${without_tests[@]}"
+expect_no_tests 'folder that had tests'
