@@ -6,3 +6,10 @@
 /// scanf's "%f" reads (ISO C): with a sign, an exponent, hexadecimal, infinite or not a number.
 /// The point is "." in every locale.
 bool reads_as_number(const char *text);
+
+/// Whether a number can go on with \p c behind its sign. Most elements are told from numbers by
+/// this.
+inline bool may_begin_number(char c)
+{
+    return (c >= '0' && c <= '9') || c == '.' || c == 'i' || c == 'I' || c == 'n' || c == 'N';
+}

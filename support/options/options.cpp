@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "support/options/diagnostics.h"
+#include "support/options/long_names.h"
 #include "support/options/number_text.h"
 
 std::int32_t option_index = 0;
@@ -20,8 +21,6 @@ constexpr int error_code = '?';
 constexpr int missing_argument_code = ':';
 constexpr int operand_code = 1;
 
-enum class scan_mode { permute, return_in_order, require_order };
-
 enum argument_kind { no_argument = 0, required_argument = 1, optional_argument = 2 };
 
 /// One call's view of the command line.
@@ -29,9 +28,9 @@ struct option_scan {
     int count;
     char **vector;
     const char *short_options; ///< without the character that selects the mode; may be null
+    char mode_character;       ///< '+' (require order), '-' (return in order) or NUL (permute)
     const long_option *long_options;
     bool long_only;
-    scan_mode mode;
     std::int32_t skipped; ///< operands before the element, which is to move in front of them
 };
 
@@ -60,19 +59,18 @@ const char *program_name(const option_scan &scan)
     return scan.vector[0] != nullptr ? scan.vector[0] : "";
 }
 
-/// The environment is asked at every call, so that a program may change it between scans.
 option_scan begin_call(int count, char **vector, const char *short_options,
                        const long_option *long_options, int long_only)
 {
-    option_scan scan = {
-        count, vector, short_options, long_options, long_only != 0, scan_mode::permute, 0};
-    if (short_options != nullptr && (short_options[0] == '+' || short_options[0] == '-')) {
-        scan.mode = short_options[0] == '+' ? scan_mode::require_order : scan_mode::return_in_order;
-        ++scan.short_options;
-    } else if (std::getenv("POSIXLY_CORRECT") != nullptr) {
-        scan.mode = scan_mode::require_order;
-    }
-    return scan;
+    const bool names_mode =
+        short_options != nullptr && (short_options[0] == '+' || short_options[0] == '-');
+    return {count,
+            vector,
+            names_mode ? short_options + 1 : short_options,
+            names_mode ? short_options[0] : '\0',
+            long_options,
+            long_only != 0,
+            0};
 }
 
 bool is_operand(const char *element, bool long_only)
@@ -80,28 +78,58 @@ bool is_operand(const char *element, bool long_only)
     if (long_only && element[0] == '+') {
         return false;
     }
-    return element[0] != '-' || element[1] == '\0' || reads_as_number(element);
+    return element[0] != '-' || element[1] == '\0' ||
+           (may_begin_number(element[1]) && reads_as_number(element));
 }
 
-/// Finds the next option and counts the operands before it.
+/// Moves the option at \p element, of one element or two, in front of \p skipped operands.
+void move_in_front(char **element, int used_elements, std::int32_t skipped)
+{
+    char *const option[2] = {element[0], used_elements > 1 ? element[1] : nullptr};
+    char **const start = element - skipped;
+    std::copy_backward(start, element, element + used_elements);
+    std::copy(option, option + used_elements, start);
+}
+
+bool is_two_dashes(const char *element)
+{
+    return element[0] == '-' && element[1] == '-' && element[2] == '\0';
+}
+
+/// Whether operands keep their place because the environment says so. It is asked at every call
+/// whose result depends on it, so that a program may change it between calls.
+bool environment_requires_order()
+{
+    return std::getenv("POSIXLY_CORRECT") != nullptr;
+}
+
+/// Finds the next option behind the operands, which are counted, and takes a "--" to their front.
 /// \return whether there is one; if not, option_index is where the operands begin.
-bool skip_operands(option_scan &scan)
+bool find_option_behind_operands(option_scan &scan)
 {
     const std::int32_t start = option_index;
     while (!is_past_the_end(scan) && is_operand(current_element(scan), scan.long_only)) {
         ++option_index;
     }
-    scan.skipped = option_index - start;
+    const std::int32_t skipped = option_index - start;
     if (is_past_the_end(scan)) {
         option_index = start;
         return false;
     }
-    if (std::strcmp(current_element(scan), "--") == 0) {
-        char **const first = scan.vector + start;
-        std::rotate(first, first + scan.skipped, first + scan.skipped + 1);
+    const bool ends_options = is_two_dashes(current_element(scan));
+    if (skipped == 0 && !ends_options) {
+        return true;
+    }
+    if (environment_requires_order()) {
+        option_index = start;
+        return skipped == 0; // a "--" that was not looked at before is read as an option
+    }
+    if (ends_options) {
+        move_in_front(scan.vector + option_index, 1, skipped);
         option_index = start + 1;
         return false;
     }
+    scan.skipped = skipped;
     return true;
 }
 
@@ -110,41 +138,19 @@ bool skip_operands(option_scan &scan)
 bool find_option_element(option_scan &scan, int &result)
 {
     result = scan_end;
-    if (scan.mode == scan_mode::permute) {
-        return skip_operands(scan);
+    if (scan.mode_character == '\0') {
+        return find_option_behind_operands(scan);
     }
     if (!is_operand(current_element(scan), scan.long_only)) {
         return true;
     }
-    if (scan.mode == scan_mode::return_in_order) {
+    if (scan.mode_character == '-') {
         option_code = operand_code;
         option_argument = current_element(scan);
         ++option_index;
         result = operand_code;
     }
     return false;
-}
-
-/// Looks a name up: the first exact match wins unless a second abbreviated one stands before it.
-/// \return the record, or null when none matches or \p second tells of an ambiguity.
-const long_option *match_long_name(const long_option *table, const char *name, std::size_t length,
-                                   const long_option *&second)
-{
-    const long_option *first = nullptr;
-    for (const long_option *record = table; record->name != nullptr; ++record) {
-        if (std::strncmp(record->name, name, length) != 0) {
-            continue;
-        }
-        if (record->name[length] == '\0') {
-            return record;
-        }
-        if (first != nullptr) {
-            second = record;
-            return first;
-        }
-        first = record;
-    }
-    return first;
 }
 
 /// Tries the current element as a long option.
@@ -159,19 +165,17 @@ bool find_long_option(const option_scan &scan, found_option &found)
     }
     option_position = two_dashes ? 2 : 1;
     const char *const name = element + option_position;
-    const std::size_t length = std::strcspn(name, "=");
-    const long_option *second = nullptr;
-    const long_option *const record = match_long_name(scan.long_options, name, length, second);
-    if (second != nullptr) {
-        complain_ambiguous(program_name(scan), element, record->name, second->name);
+    const long_name_match match = match_long_name(scan.long_options, name);
+    if (match.second != nullptr) {
+        complain_ambiguous(program_name(scan), element, match.record->name, match.second->name);
         option_code = error_code;
         // Deliberately the next call goes on within the element. Behind one dash that would be its
         // start again.
         scan_is_stuck = option_position == 1;
         return false;
     }
-    if (record != nullptr) {
-        found = {record, record->has_argument, name + length};
+    if (match.record != nullptr) {
+        found = {match.record, match.record->has_argument, name + match.length};
     }
     return true;
 }
@@ -269,9 +273,9 @@ void advance(const option_scan &scan, int used_elements)
     if (option_position != 1) {
         return;
     }
-    char **const element = scan.vector + option_index;
-    char **const start = element - scan.skipped;
-    std::rotate(start, element, element + used_elements);
+    if (scan.skipped > 0) {
+        move_in_front(scan.vector + option_index, used_elements, scan.skipped);
+    }
     option_index += used_elements - scan.skipped;
 }
 
@@ -336,7 +340,7 @@ int parse_options(int count, char **vector, const char *short_options,
         return scan_end;
     }
     // Deliberately before the restart, which therefore does not look at element 1 here.
-    if (std::strcmp(current_element(scan), "--") == 0) {
+    if (is_two_dashes(current_element(scan))) {
         ++option_index;
         return scan_end;
     }
@@ -350,7 +354,9 @@ int parse_options(int count, char **vector, const char *short_options,
             return scan_end;
         }
     }
-    keep_position_inside(current_element(scan));
+    if (option_position != 1) {
+        keep_position_inside(current_element(scan));
+    }
     int result;
     if (option_position == 1 && !find_option_element(scan, result)) {
         return result;
