@@ -1,0 +1,234 @@
+"""report.py RESULTS DESTINATION: makes the table and the plot of what bench/run has measured.
+
+Prints the table and writes performance.md and performance.svg into DESTINATION.
+"""
+
+import datetime
+import json
+import math
+import os
+import platform
+import re
+import subprocess
+import sys
+import textwrap
+
+NANOSECONDS = {"ns": 1.0, "us": 1e3, "ms": 1e6, "s": 1e9}
+MEBIBYTE = 1 << 20
+SYSTEM_LIBRARIES = (
+    "linux-vdso.so", "ld-linux", "libc.so", "libm.so", "libstdc++.so", "libgcc_s.so")
+
+# Work, our benchmark, the peer, its benchmark, ratio to reach (None: only shown).
+TIMED = [
+    ("small GET on loopback, new connection", "small_ours",
+     "its bare system calls", "small_bare", 0.95),
+    ("the same", "small_ours", "libcurl, fresh handle", "small_curl", None),
+    ("128 MiB reply body", "body_ours/128", "libcurl into `std::string`", "body_curl/128", 1.3),
+    ("the same", "body_ours/128", "bare waits and receives, dropped", "body_bare/128", 0.6),
+    ("base64 of 20 bytes", "base64_ours/20", "OpenSSL `EVP_EncodeBlock`", "base64_openssl/20", 1.0),
+    ("base64 of 48 KiB", "base64_ours/49152",
+     "OpenSSL `EVP_EncodeBlock`", "base64_openssl/49152", 1.0),
+    ("`form_escape`, 900 bytes", "form_escape_ours", "`curl_easy_escape`", "form_escape_curl", 2.0),
+    ("the same", "form_escape_ours", "`g_uri_escape_string`", "form_escape_glib", 2.0),
+    ("`url_encode`, 900 bytes", "url_encode_ours", "`curl_easy_escape`", "url_encode_curl", 2.0),
+    ("the same", "url_encode_ours", "`g_uri_escape_string`", "url_encode_glib", 2.0),
+    ("options: 11 arguments, 6 long names", "options_ours", "`getopt_long`", "options_libc", 1.0),
+    ("`format_string_new`, 60 characters", "format_ours", "`asprintf`", "format_libc", 1.0),
+    ("`string_buffer_append_format`, 20,000 appends", "append_ours",
+     "GLib `GString`", "append_glib", 1.0),
+    ("`replace_all_substrings`, 4 KiB", "replace_ours",
+     "Abseil `StrReplaceAll`", "replace_abseil", 1.5),
+    ("`parse_float`, 5 characters", "parse_float_ours", "`strtof`", "parse_float_libc", 2.0),
+    ("`parse_float` with an exponent", "parse_power_ours", "`strtof`", "parse_power_libc", None),
+    ("day number to date and back", "calendar_ours", "C++20 `<chrono>`", "calendar_chrono", 0.5),
+    ("walk of 5,000 files", "walk_ours", "`<filesystem>`, a status each", "walk_filesystem", 1.1),
+    ("one `report_message`", "message_ours",
+     "`fprintf`, `fflush` of its two lines", "message_libc", 0.9),
+    ("start to exit of `corvella -version`", "start_ours", "`curl --version`", "start_curl", 3.0),
+]
+
+
+def read(results, name):
+    with open(os.path.join(results, name), encoding="utf-8") as file:
+        return file.read()
+
+
+def medians(results):
+    """The median of each benchmark in nanoseconds: of the time that passed where it waits for
+    somebody else, of the processor's time where it only computes."""
+    times = {}
+    for name in ("utilities.json", "web.json"):
+        for entry in json.loads(read(results, name))["benchmarks"]:
+            if entry.get("aggregate_name") == "median":
+                waits = entry["run_name"].endswith("/real_time")
+                time = entry["real_time" if waits else "cpu_time"]
+                times[entry["run_name"].removesuffix("/real_time")] = (
+                    time * NANOSECONDS[entry["time_unit"]])
+    return times
+
+
+def time_text(nanoseconds):
+    for unit, size in (("ms", 1e6), ("µs", 1e3)):
+        if nanoseconds >= size:
+            return f"{nanoseconds / size:.3g} {unit}"
+    return f"{nanoseconds:.3g} ns"
+
+
+def size_text(size):
+    return f"{size / MEBIBYTE:.2f} MiB" if size >= MEBIBYTE else f"{size / 1024:.0f} KiB"
+
+
+def all_rows(results, times):
+    """Rows of work, ours, peer, what the peer is, ratio, ratio to reach."""
+    rows = []
+    for work, ours, who, peer, reach in TIMED:
+        rows.append((work, time_text(times[ours]), time_text(times[peer]), who,
+                     times[peer] / times[ours], reach))
+
+    medium, large = times["body_ours/32"] / 32, times["body_ours/128"] / 128
+    rows.insert(4, ("each MiB of a 128 MiB body", time_text(large), time_text(medium),
+                    "each MiB of a 32 MiB body", medium / large, 0.9))
+    for place, line in enumerate(read(results, "memory.txt").splitlines()):
+        body, growth = int(line.split()[0]) * MEBIBYTE, int(line.split()[1])
+        rows.insert(5 + place, (f"peak memory growth, {body // MEBIBYTE} MiB body",
+                                size_text(growth), size_text(body), "the body itself",
+                                body / growth, 1 / 1.05))
+    ours, peer = map(int, read(results, "sizes.txt").split())
+    rows.append(("stripped program", size_text(ours), size_text(peer),
+                 "Debian's `curl` with its libcurl", peer / ours, 4.0))
+    return rows
+
+
+def table(rows):
+    lines = ["| Work | Ours | Peer | | Ratio peer/ours | To reach | |",
+             "|---|--:|--:|---|--:|--:|---|"]
+    for work, ours, peer, who, ratio, reach in rows:
+        wanted = "shown" if reach is None else f"{reach:.3g}"
+        missed = "" if reach is None or ratio >= reach else "missed"
+        lines.append(f"| {work} | {ours} | {peer} | {who} | {ratio:.2f} | {wanted} | {missed} |")
+    return "\n".join(lines)
+
+
+def notes(results, times):
+    """What the table has no column for."""
+    first_calls, later_calls = read(results, "calls.txt").split()
+    first_blocks, later_blocks = read(results, "allocations.txt").split()
+    ours = read(results, "ours.ldd").split()
+    peer = read(results, "peer.ldd").split()
+    others = [name for name in ours if not os.path.basename(name).startswith(SYSTEM_LIBRARIES)]
+    header_cost = times["small_bare"] - times["small_bare_whole_header"]
+    size = int(read(results, "sizes.txt").split()[0])
+    return [
+        f"The header of the small GET is received byte by byte, with two system calls for each of "
+        f"its 180 bytes. That alone costs {time_text(header_cost)}: with the header received "
+        f"whole, the bare system calls take {time_text(times['small_bare_whole_header'])} instead "
+        f"of {time_text(times['small_bare'])}.",
+        f"Received in pieces of 64 KiB without waits and dropped, the 128 MiB body takes "
+        f"{time_text(times['body_bare_large/128'])}.",
+        f"A `report_message` with the default hooks makes {later_calls} system calls and "
+        f"{later_blocks} allocations (at most 4 and 0); the first one of a process, for which libc "
+        f"reads the time zone, makes {first_calls} and {first_blocks}.",
+        f"The stripped program has {size:,} bytes (under 256,000), a share of the peer's of "
+        f"{size / int(read(results, 'sizes.txt').split()[1]):.3f} (at most 0.25). `ldd` lists "
+        f"{len(ours)} names for it and {len(peer)} for `curl`. Beyond libc, libm, libstdc++ and "
+        f"libgcc it needs " + (", ".join(others) if others else "nothing") + ".",
+    ]
+
+
+def remarks():
+    """What a measurement cannot tell: why a row is as it is."""
+    here = os.path.dirname(os.path.abspath(__file__))
+    with open(os.path.join(here, "remarks.md"), encoding="utf-8") as file:
+        return file.read()
+
+
+def machine():
+    with open("/proc/cpuinfo", encoding="utf-8") as file:
+        processor = re.search(r"model name\s*: (.*)", file.read())
+    with open("/proc/meminfo", encoding="utf-8") as file:
+        memory = int(re.search(r"MemTotal:\s*(\d+)", file.read()).group(1)) / MEBIBYTE
+    with open("/etc/os-release", encoding="utf-8") as file:
+        system = re.search(r'PRETTY_NAME="(.*)"', file.read()).group(1)
+    compiler = subprocess.run(["g++", "-dumpfullversion"], capture_output=True, text=True,
+                              check=True).stdout.strip()
+    name = processor.group(1) if processor else platform.machine()
+    return (f"{name}, {os.cpu_count()} processors, {memory:.0f} GiB of memory, {system},\n"
+            f"Linux {platform.release()}, g++ {compiler}, Release build, {platform.machine()}")
+
+
+def plot(rows):
+    """The ratios as bars on a logarithmic scale, each with a mark at the ratio to reach."""
+    left, right, step, top = 400, 60, 22, 40
+    width, height = 960, top + step * len(rows) + 30
+    exponents = range(-1, 5)
+    scale = (width - left - right) / (exponents[-1] - exponents[0])
+
+    def across(ratio):
+        return left + (math.log2(ratio) - exponents[0]) * scale
+
+    def within(ratio):
+        return min(max(across(ratio), left), width - right)
+
+    def text(x, y, words, anchor="start"):
+        words = words.replace("&", "&amp;").replace("<", "&lt;").replace("`", "")
+        return f'<text x="{x:.1f}" y="{y:.1f}" text-anchor="{anchor}">{words}</text>'
+
+    parts = [
+        f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {height}" '
+        f'width="{width}" height="{height}" font-family="sans-serif" font-size="11">',
+        f'<rect width="{width}" height="{height}" fill="white"/>',
+        text(left, 16, "ratio peer/ours: to the right we are ahead; a mark is the ratio to reach"),
+    ]
+    for exponent in exponents:
+        x = across(2.0**exponent)
+        colour = "#444" if exponent == 0 else "#ddd"
+        parts.append(f'<line x1="{x:.1f}" y1="{top - 8}" x2="{x:.1f}" y2="{height - 24}" '
+                     f'stroke="{colour}"/>')
+        parts.append(text(x, height - 10, f"{2.0**exponent:g}", "middle"))
+    work = ""
+    for place, (name, _, _, who, ratio, reach) in enumerate(rows):
+        work = work if name == "the same" else name
+        y = top + place * step
+        missed = reach is not None and ratio < reach
+        start, end = sorted((across(1.0), within(ratio)))
+        parts.append(text(left - 8, y + 11, f"{work}: {who}", "end"))
+        parts.append(f'<rect x="{start:.1f}" y="{y}" width="{end - start:.1f}" height="14" '
+                     f'fill="{"#c0504d" if missed else "#4f81bd"}"/>')
+        if reach is not None:
+            x = within(reach)
+            parts.append(f'<line x1="{x:.1f}" y1="{y - 3}" x2="{x:.1f}" y2="{y + 17}" '
+                         'stroke="black" stroke-width="2"/>')
+        parts.append(text(max(end, within(reach or 1.0)) + 5, y + 11, f"{ratio:.2f}"))
+    return "\n".join(parts + ["</svg>"]) + "\n"
+
+
+def page(rows, results, times):
+    return f"""# Performance
+
+Ours and what a caller would take instead, on the same bytes in the same process; the results are
+compared for equality before anything is timed. The figures are medians over rounds in which the
+benchmarks take turns at random. `./bench/run` measures them again and writes this page.
+
+{machine()}; {datetime.date.today().isoformat()}.
+
+{table(rows)}
+
+![The ratios as a plot](performance.svg)
+
+""" + "".join(textwrap.fill(f"- {note}", 100, subsequent_indent="  ") + "\n"
+              for note in notes(results, times)) + "\n" + remarks()
+
+
+def main():
+    results, destination = sys.argv[1:]
+    times = medians(results)
+    rows = all_rows(results, times)
+    os.makedirs(destination, exist_ok=True)
+    with open(os.path.join(destination, "performance.md"), "w", encoding="utf-8") as file:
+        file.write(page(rows, results, times))
+    with open(os.path.join(destination, "performance.svg"), "w", encoding="utf-8") as file:
+        file.write(plot(rows))
+    print(table(rows))
+
+
+main()
