@@ -28,7 +28,7 @@ if(CORVELLA_TARGET_IS_I386)
   target_compile_definitions(corvella_build_options INTERFACE _FILE_OFFSET_BITS=64)
 endif()
 
-# One library of the layer: its sources, headers and name are all that differs.
+# One library of the layer: its sources and name are all that differs.
 #   corvella_library(support SOURCES a.cpp ...)
 function(corvella_library name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES")

@@ -1,4 +1,6 @@
 // Lists the regular files of a directory: directory_walk DIRECTORY
+#include <cstdint>
+
 #include "support/c-utils.h"
 #include "support/error.h"
 

@@ -1,5 +1,7 @@
 // Asks for a newer version, through the proxy that the command line names:
 // update_query host:port
+#include <cstdint>
+
 #include "support/c-utils.h"
 #include "support/error.h"
 #include "web/web.h"

@@ -1,8 +1,9 @@
 /// \file
 /// The support utilities: text, formatting, numbers, files, the machine, clocks and the calendar.
 ///
-/// Texts are NUL-terminated byte strings. Copy-and-transform functions take the source first and
-/// the caller's destination second; unless it is said otherwise neither may be null, they must not
+/// Texts are NUL-terminated byte strings. Functions that copy and transform take the source first
+/// and the caller's destination second; plain copies name the destination first, as the standard
+/// library's do; unless it is said otherwise neither may be null, they must not
 /// overlap, and the destination must be large enough for the result.
 #pragma once
 

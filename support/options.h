@@ -55,7 +55,7 @@ int get_options(int count, char **vector, const char *short_options);
 int get_long_options(int count, char **vector, const char *short_options,
                      const long_option *long_options, int *index);
 
-/// parse_options() with long options behind "--", "-" or "+"; they come before short ones.
+/// parse_options() with long options behind "--", "-" or "+"; they are tried before short ones.
 int get_long_options_only(int count, char **vector, const char *short_options,
                           const long_option *long_options, int *index);
 
@@ -68,7 +68,8 @@ int get_long_options_only(int count, char **vector, const char *short_options,
 ///     optional one that is attached. A leading "+" stops the scan at the first operand, as does
 ///     the environment variable POSIXLY_CORRECT where the text names no mode; a leading "-" returns
 ///     operands in order, as the argument of an option of code 1. May be null.
-/// \param long_options the table of long options; may be null, but not together with the former
+/// \param long_options the table of long options; may be null, but not together with
+///     \p short_options
 /// \param index receives the position of a long option in its table; may be null
 /// \param long_only whether "-" and "+" introduce long options too
 ///

@@ -1,6 +1,7 @@
 #include "tool/command_line.h"
 
 #include <cstring>
+#include <string>
 
 #include "support/c-utils.h"
 #include "support/error.h"
@@ -13,7 +14,7 @@ namespace {
 constexpr std::int32_t greatest_port = 65535;
 
 /// What is read beside the command line's record.
-struct reading {
+struct given_options {
     const char *proxy; ///< the arguments of the proxy's options; null where one was not given
     const char *user;
     bool has_password;
@@ -22,13 +23,13 @@ struct reading {
 };
 
 /// Where the argument of an option goes that is no more than remembered; null for the others.
-const char **place_of_argument(command_line &line, reading &read, int code)
+const char **place_of_argument(command_line &line, given_options &given, int code)
 {
     switch (code) {
     case OPTION_PROXY:
-        return &read.proxy;
+        return &given.proxy;
     case OPTION_PROXY_USER:
-        return &read.user;
+        return &given.user;
     case OPTION_OUTPUT:
         return &line.output;
     case OPTION_PRODUCT:
@@ -57,47 +58,47 @@ bool *place_of_switch(command_line &line, int code)
 {
     switch (code) {
     case OPTION_HEADER:
-        return &line.header;
+        return &line.show_header;
     case OPTION_AUTOMATED:
         return &line.automated;
     case OPTION_HELP:
-        return &line.help;
+        return &line.show_help;
     case OPTION_SHOW_VERSION:
-        return &line.version;
+        return &line.show_version;
     case OPTION_OPEN:
-        return &line.open;
+        return &line.update.open_url;
     default:
         return nullptr;
     }
 }
 
 /// Copies the password and blanks it where the system shows it.
-void take_password(reading &read, char *argument)
+void take_password(given_options &given, char *argument)
 {
-    read.has_password = true;
-    copy_string_bounded(read.password, argument, sizeof read.password);
+    given.has_password = true;
+    copy_string_bounded(given.password, argument, sizeof given.password);
     std::memset(argument, '*', std::strlen(argument));
 }
 
 /// \return false for an option that the parser has already complained of.
-bool take_option(command_line &line, reading &read, int code)
+bool take_option(command_line &line, given_options &given, int code)
 {
-    if (const char **const argument = place_of_argument(line, read, code)) {
+    if (const char **const argument = place_of_argument(line, given, code)) {
         *argument = option_argument;
     } else if (bool *const place = place_of_switch(line, code)) {
         *place = true;
     } else if (code == OPTION_PROXY_PASS) {
-        take_password(read, option_argument);
+        take_password(given, option_argument);
     } else {
         return false;
     }
-    read.options.push_back(static_cast<option_meaning>(code));
+    given.options.push_back(static_cast<option_meaning>(code));
     return true;
 }
 
-/// Whether the command is `update`, whose "-version" is another than the program's: whether, read
-/// with its options, the first operand says so.
-bool updates(int count, char **vector)
+/// Whether the command is `update`, whose "-version" differs from the program's. Reads the line
+/// with update's options; the first operand is the command.
+bool command_is_update(int count, char **vector)
 {
     const std::vector<long_option> table = parser_table(true);
     std::vector<char *> elements(vector, vector + count + 1); // the scan changes their order
@@ -110,13 +111,13 @@ bool updates(int count, char **vector)
            std::strcmp(elements[static_cast<std::size_t>(option_index)], "update") == 0;
 }
 
-bool read_options(int count, char **vector, command_line &line, reading &read)
+bool read_options(int count, char **vector, command_line &line, given_options &given)
 {
-    const std::vector<long_option> table = parser_table(updates(count, vector));
+    const std::vector<long_option> table = parser_table(command_is_update(count, vector));
     option_index = 0;
     int code;
     while ((code = get_long_options_only(count, vector, "", table.data(), nullptr)) != -1) {
-        if (!take_option(line, read, code)) {
+        if (!take_option(line, given, code)) {
             return false;
         }
     }
@@ -128,21 +129,20 @@ bool read_options(int count, char **vector, command_line &line, reading &read)
 }
 
 /// Fills the settings. \return false when the proxy's option is invalid.
-bool take_proxy(command_line &line, const reading &read)
+bool take_proxy(command_line &line, const given_options &given)
 {
-    const int result = fill_proxy_settings(&line.proxy, read.proxy, read.user,
-                                           read.has_password ? read.password : nullptr);
+    const int result = fill_proxy_settings(&line.proxy, given.proxy, given.user,
+                                           given.has_password ? given.password : nullptr);
     const std::int32_t port = line.proxy.proxy_port;
-    return result == 0 && (read.proxy == nullptr || (port >= 1 && port <= greatest_port));
+    return result == 0 && (given.proxy == nullptr || (port >= 1 && port <= greatest_port));
 }
 
 /// \return false, after a complaint, when an option does not go with the command.
-bool check_places(const command_line &line, const reading &read)
+bool check_places(const command_line &line, const given_options &given)
 {
-    for (const option_meaning option : read.options) {
+    for (const option_meaning option : given.options) {
         if (const char *const name = misplaced_option(option, line.command)) {
-            complain_of_usage(
-                (std::string("-") + name + " does not go with " + line.command + ".").c_str());
+            complain_of_usage(std::string("-") + name + " does not go with " + line.command + ".");
             return false;
         }
     }
@@ -157,23 +157,23 @@ bool read_command_line(int count, char **vector, command_line &line)
     if (count == 0) {
         return false; // a program that was started without even its name
     }
-    reading read = {};
-    if (!read_options(count, vector, line, read)) {
+    given_options given = {};
+    if (!read_options(count, vector, line, given)) {
         print_indented("Try 'corvella -help'.\n");
         return false;
     }
     if (line.automated) {
         frame_output();
     }
-    if (!take_proxy(line, read)) {
+    if (!take_proxy(line, given)) {
         complain_of_usage("-proxy takes host:port, with a port from 1 to 65535.");
         return false;
     }
-    return line.command == nullptr || check_places(line, read);
+    return line.show_help || line.command == nullptr || check_places(line, given);
 }
 
-void complain_of_usage(const char *complaint)
+void complain_of_usage(const std::string &complaint)
 {
-    report_message(9, "%s", complaint);
+    report_message(9, "%s", complaint.c_str());
     print_indented("%s", usage_text().c_str());
 }

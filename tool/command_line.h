@@ -7,7 +7,7 @@
 
 #include "web/web.h"
 
-/// The arguments of the options of `update`; null where an option was not given.
+/// What the options of `update` say; a text is null where its option was not given.
 struct update_options {
     const char *product;
     const char *productline;
@@ -17,17 +17,17 @@ struct update_options {
     const char *os_version;
     const char *machine_id;
     const char *arch;
+    bool open_url;
 };
 
 /// All texts are those of the argument vector, but for the proxy's, which are copies.
 struct command_line {
     const char *command;                ///< the first operand, or null
     std::vector<const char *> operands; ///< those behind the command
-    bool help;
-    bool version;
+    bool show_help;
+    bool show_version;
+    bool show_header;
     bool automated;
-    bool header;
-    bool open;
     const char *output; ///< a file's path, or null
     update_options update;
     ProxySettings proxy;
@@ -39,4 +39,4 @@ struct command_line {
 bool read_command_line(int count, char **vector, command_line &line);
 
 /// Complains of a command line and shows the usage text, both on standard error.
-void complain_of_usage(const char *complaint);
+void complain_of_usage(const std::string &complaint);

@@ -1,7 +1,7 @@
+#include <cstdint>
 #include <string>
 
 #include "support/c-utils.h"
-#include "support/error.h"
 #include "tool/commands.h"
 #include "tool/output.h"
 
@@ -9,7 +9,7 @@ namespace {
 
 void say_fact(const char *name, const std::string &fact)
 {
-    say_result("describe", (std::string(name) + ": " + fact).c_str());
+    say_result("describe", std::string(name) + ": " + fact);
 }
 
 /// The command line with blanks between its arguments.

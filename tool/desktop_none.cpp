@@ -1,3 +1,4 @@
+// Systems other than Mac OS X have no service that this program could ask.
 #include "support/error.h"
 #include "tool/desktop.h"
 

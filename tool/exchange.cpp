@@ -1,7 +1,6 @@
 #include "tool/exchange.h"
 
 #include <csignal>
-#include <cstdio>
 #include <unistd.h>
 
 #include "support/c-utils.h"
@@ -12,13 +11,13 @@ namespace {
 /// Seconds that the waiting line shows; 0 while there is none.
 int shown_seconds = 0;
 
+/// How the program takes SIGINT outside an exchange.
+struct sigaction usual_action = {};
+
 void request_cancel(int)
 {
     web_cancel_requested = 1;
 }
-
-/// How the program takes SIGINT outside an exchange.
-struct sigaction usual_action = {};
 
 void catch_interrupt()
 {
@@ -107,6 +106,7 @@ exit_status end_exchange(int result)
     sigaction(SIGINT, &usual_action, nullptr);
     result = as_seen_by_the_user(result);
     if (result != 0) {
+        // Only the update query fails without a reason of the web client's.
         const char *const reason = web_last_error();
         report_message(9, "%s", reason[0] != '\0' ? reason : "The reply has no message.");
     }

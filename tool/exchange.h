@@ -2,6 +2,8 @@
 /// What the commands that talk to the web have in common.
 #pragma once
 
+#include <cstdint>
+
 #include "tool/exit_status.h"
 #include "web/web.h"
 

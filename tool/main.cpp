@@ -2,7 +2,6 @@
 #include <cstring>
 #include <string>
 
-#include "support/error.h"
 #include "tool/commands.h"
 #include "tool/option_table.h"
 #include "tool/output.h"
@@ -30,7 +29,7 @@ exit_status run_command(const command_line &line)
             return command.run(line);
         }
     }
-    complain_of_usage((std::string("There is no command '") + line.command + "'.").c_str());
+    complain_of_usage(std::string("There is no command '") + line.command + "'.");
     return EXIT_USAGE;
 }
 
@@ -42,11 +41,11 @@ int main(int count, char **vector)
     if (!read_command_line(count, vector, line)) {
         return EXIT_USAGE;
     }
-    if (line.help) {
+    if (line.show_help) {
         return write_standard_output(usage_text()) ? EXIT_DONE : EXIT_FAILED;
     }
     exit_status status = EXIT_DONE;
-    if (line.version) {
+    if (line.show_version) {
         say_result("version", "corvella " CORVELLA_VERSION);
     } else {
         status = run_command(line);

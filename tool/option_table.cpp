@@ -1,57 +1,74 @@
 #include "tool/option_table.h"
 
 #include <cstring>
-#include <initializer_list>
+#include <iterator>
 
 namespace {
 
-enum argument_need { NO_ARGUMENT = 0, NEEDS_ARGUMENT = 1 };
-
 struct program_option {
     const char *name;
-    argument_need argument;
+    bool takes_argument;
     option_meaning meaning;
     const char *usage;
 };
 
 constexpr program_option web_options[] = {
-    {"proxy", NEEDS_ARGUMENT, OPTION_PROXY,
+    {"proxy", true, OPTION_PROXY,
      "  -proxy host:port\tUse a proxy server to connect to the internet."},
-    {"proxy-user", NEEDS_ARGUMENT, OPTION_PROXY_USER,
-     "  -proxy-user\t\tUsername for proxy authentication."},
-    {"proxy-pass", NEEDS_ARGUMENT, OPTION_PROXY_PASS,
-     "  -proxy-pass\t\tPassword for proxy authentication."},
+    {"proxy-user", true, OPTION_PROXY_USER, "  -proxy-user\t\tUsername for proxy authentication."},
+    {"proxy-pass", true, OPTION_PROXY_PASS, "  -proxy-pass\t\tPassword for proxy authentication."},
 };
 
 constexpr program_option request_options[] = {
-    {"output", NEEDS_ARGUMENT, OPTION_OUTPUT,
-     "  -output FILE\t\tWrite the reply's body to a file."},
-    {"header", NO_ARGUMENT, OPTION_HEADER, "  -header\t\tPrint the reply's header too."},
+    {"output", true, OPTION_OUTPUT, "  -output FILE\t\tWrite the reply's body to a file."},
+    {"header", false, OPTION_HEADER, "  -header\t\tPrint the reply's header too."},
 };
 
-constexpr program_option update_only_options[] = {
-    {"product", NEEDS_ARGUMENT, OPTION_PRODUCT, "  -product NAME\t\tThe product (required)."},
-    {"productline", NEEDS_ARGUMENT, OPTION_PRODUCTLINE,
-     "  -productline NAME\tIts product line (required)."},
-    {"version", NEEDS_ARGUMENT, OPTION_VERSION,
-     "  -version NUMBER\tIts version, such as 5.1 (required)."},
-    {"version-name", NEEDS_ARGUMENT, OPTION_VERSION_NAME,
+constexpr program_option update_options[] = {
+    {"product", true, OPTION_PRODUCT, "  -product NAME\t\tThe product (required)."},
+    {"productline", true, OPTION_PRODUCTLINE, "  -productline NAME\tIts product line (required)."},
+    {"version", true, OPTION_VERSION, "  -version NUMBER\tIts version, such as 5.1 (required)."},
+    {"version-name", true, OPTION_VERSION_NAME,
      "  -version-name NAME\tThe version's name, if it is not its number."},
-    {"os", NEEDS_ARGUMENT, OPTION_OS, "  -os NAME\t\tThe operating system, if not this one."},
-    {"os-version", NEEDS_ARGUMENT, OPTION_OS_VERSION,
-     "  -os-version TEXT\tIts version, if not this one's."},
-    {"machine-id", NEEDS_ARGUMENT, OPTION_MACHINE_ID,
+    {"os", true, OPTION_OS, "  -os NAME\t\tThe operating system, if not this one."},
+    {"os-version", true, OPTION_OS_VERSION, "  -os-version TEXT\tIts version, if not this one's."},
+    {"machine-id", true, OPTION_MACHINE_ID,
      "  -machine-id TEXT\tThe computer, if not this one's name."},
-    {"arch", NEEDS_ARGUMENT, OPTION_ARCH, "  -arch NAME\t\tThe processor, if not this one's."},
-    {"open", NO_ARGUMENT, OPTION_OPEN, "  -open\t\t\tOpen the URL of the reply."},
+    {"arch", true, OPTION_ARCH, "  -arch NAME\t\tThe processor, if not this one's."},
+    {"open", false, OPTION_OPEN, "  -open\t\t\tOpen the URL of the reply."},
 };
 
 constexpr program_option general_options[] = {
-    {"automated", NO_ARGUMENT, OPTION_AUTOMATED,
+    {"automated", false, OPTION_AUTOMATED,
      "  -automated\t\tFrame the output for an automated run."},
-    {"help", NO_ARGUMENT, OPTION_HELP, "  -help\t\t\tShow this text."},
-    {"version", NO_ARGUMENT, OPTION_SHOW_VERSION, "  -version\t\tShow the program's version."},
+    {"help", false, OPTION_HELP, "  -help\t\t\tShow this text."},
+    {"version", false, OPTION_SHOW_VERSION, "  -version\t\tShow the program's version."},
 };
+
+/// Options that go with the same commands.
+struct option_group {
+    const char *heading;
+    std::vector<const char *> commands; ///< none: all of them
+    const program_option *begin;
+    const program_option *end;
+};
+
+const std::vector<option_group> &option_groups()
+{
+    static const std::vector<option_group> groups = {
+        {"Options of get, post and update:",
+         {"get", "post", "update"},
+         std::begin(web_options),
+         std::end(web_options)},
+        {"Options of get and post:",
+         {"get", "post"},
+         std::begin(request_options),
+         std::end(request_options)},
+        {"Options of update:", {"update"}, std::begin(update_options), std::end(update_options)},
+        {"General options:", {}, std::begin(general_options), std::end(general_options)},
+    };
+    return groups;
+}
 
 constexpr char commands_usage[] =
     "Usage: corvella COMMAND [OPTION]... [ARGUMENT]...\n"
@@ -67,86 +84,54 @@ constexpr char statuses_usage[] =
     "\n"
     "Exit status: 0 done, 1 failed, 2 wrong usage, 3 time-out, 130 cancelled.\n";
 
-/// \return the option of this meaning, or null.
-template <std::size_t N>
-const program_option *find_option(const program_option (&options)[N], option_meaning meaning)
+bool goes_with(const option_group &group, const char *command)
 {
-    for (const program_option &option : options) {
-        if (option.meaning == meaning) {
-            return &option;
-        }
-    }
-    return nullptr;
-}
-
-bool is_one_of(const char *command, std::initializer_list<const char *> names)
-{
-    for (const char *name : names) {
-        if (std::strcmp(command, name) == 0) {
+    for (const char *const name : group.commands) {
+        if (std::strcmp(name, command) == 0) {
             return true;
         }
     }
-    return false;
-}
-
-template <std::size_t N>
-void append_parser_options(std::vector<long_option> &table, const program_option (&options)[N],
-                           bool with_version)
-{
-    for (const program_option &option : options) {
-        if (with_version || std::strcmp(option.name, "version") != 0) {
-            table.push_back({option.name, option.argument, nullptr, option.meaning});
-        }
-    }
-}
-
-template <std::size_t N>
-void append_usage(std::string &text, const char *heading, const program_option (&options)[N])
-{
-    text += '\n';
-    text += heading;
-    text += '\n';
-    for (const program_option &option : options) {
-        text += option.usage;
-        text += '\n';
-    }
+    return group.commands.empty();
 }
 
 } // namespace
 
 std::vector<long_option> parser_table(bool updates)
 {
+    const option_meaning version = updates ? OPTION_VERSION : OPTION_SHOW_VERSION;
     std::vector<long_option> table;
-    append_parser_options(table, web_options, true);
-    append_parser_options(table, request_options, true);
-    append_parser_options(table, update_only_options, updates);
-    append_parser_options(table, general_options, !updates);
+    for (const option_group &group : option_groups()) {
+        for (const program_option *option = group.begin; option != group.end; ++option) {
+            if (std::strcmp(option->name, "version") != 0 || option->meaning == version) {
+                table.push_back({option->name, option->takes_argument, nullptr, option->meaning});
+            }
+        }
+    }
     table.push_back({nullptr, 0, nullptr, 0});
     return table;
 }
 
 const char *misplaced_option(option_meaning meaning, const char *command)
 {
-    const program_option *option = nullptr;
-    if (is_one_of(command, {"describe", "open"})) {
-        option = find_option(web_options, meaning);
+    for (const option_group &group : option_groups()) {
+        for (const program_option *option = group.begin; option != group.end; ++option) {
+            if (option->meaning == meaning && !goes_with(group, command)) {
+                return option->name;
+            }
+        }
     }
-    if (option == nullptr && is_one_of(command, {"update", "describe", "open"})) {
-        option = find_option(request_options, meaning);
-    }
-    if (option == nullptr && is_one_of(command, {"get", "post", "describe", "open"})) {
-        option = find_option(update_only_options, meaning);
-    }
-    return option != nullptr ? option->name : nullptr;
+    return nullptr;
 }
 
 std::string usage_text()
 {
     std::string text = commands_usage;
-    append_usage(text, "Options of get, post and update:", web_options);
-    append_usage(text, "Options of get and post:", request_options);
-    append_usage(text, "Options of update:", update_only_options);
-    append_usage(text, "General options:", general_options);
+    for (const option_group &group : option_groups()) {
+        text += std::string("\n") + group.heading + "\n";
+        for (const program_option *option = group.begin; option != group.end; ++option) {
+            text += std::string(option->usage) + "\n";
+        }
+    }
     text += statuses_usage;
     return text;
 }

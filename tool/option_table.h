@@ -32,8 +32,7 @@ enum option_meaning {
 /// command is `update`: there it takes the product's.
 std::vector<long_option> parser_table(bool updates);
 
-/// \return the name of an option that does not go with \p command; null when it does, or when there
-/// is no such command.
+/// \return the name of an option that does not go with \p command; null when it does.
 const char *misplaced_option(option_meaning meaning, const char *command);
 
 /// \return the whole usage text.

@@ -18,13 +18,13 @@ void report_lost_output()
 
 } // namespace
 
-void say_result(const char *tag, const char *text)
+void say_result(const char *tag, const std::string &text)
 {
     if (output_is_framed) {
-        write_raw_message(text, tag);
+        write_raw_message(text.c_str(), tag);
     } else {
         set_print_stream(stdout);
-        print_indented("%s\n", text);
+        print_indented("%s\n", text.c_str());
         set_print_stream(nullptr);
     }
     if (std::ferror(stdout) != 0 && !some_results_are_lost) {

@@ -2,11 +2,12 @@
 /// Where the program's results go.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 /// Says one line of a result: on standard output, or in an automated run framed with \p tag. A
 /// newline is put behind it.
-void say_result(const char *tag, const char *text);
+void say_result(const char *tag, const std::string &text);
 
 /// Whether a line of say_result() did not arrive; that was reported then.
 bool results_were_lost();

@@ -2,14 +2,13 @@
 #include <cstring>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "support/error.h"
 #include "tool/commands.h"
 #include "tool/exchange.h"
 #include "tool/output.h"
 #include "tool/output_file.h"
+#include "web/web.h"
 
 namespace {
 
@@ -54,7 +53,7 @@ bool read_fields(const command_line &line, std::vector<named_value> &fields)
 bool write_reply(const command_line &line, const char *header, const char *body)
 {
     // The header text ends before the line feed of its empty line.
-    if (line.header && (!write_standard_output(header) || !write_standard_output("\n"))) {
+    if (line.show_header && (!write_standard_output(header) || !write_standard_output("\n"))) {
         return false;
     }
     return line.output != nullptr ? write_output_file(line.output, body)
@@ -66,6 +65,7 @@ exit_status exchange(const command_line &line, const char *method,
 {
     char *header = nullptr;
     char *body = nullptr;
+    // Given back on every way out, an exception included.
     const std::unique_ptr<char *, void (*)(char **)> header_owner(&header, free_text);
     const std::unique_ptr<char *, void (*)(char **)> body_owner(&body, free_text);
     const proxy_arguments proxy = proxy_arguments_of(line.proxy);
@@ -87,7 +87,7 @@ exit_status exchange(const command_line &line, const char *method,
 bool has_url(const command_line &line)
 {
     if (line.operands.empty()) {
-        complain_of_usage((std::string(line.command) + " needs a URL.").c_str());
+        complain_of_usage(std::string(line.command) + " needs a URL.");
         return false;
     }
     if (!is_sendable(line.operands[0])) {

@@ -81,7 +81,7 @@ void say_field(const char *name, const char *value)
     std::string text = value;
     text.erase(text.find_last_not_of("\r\n") + 1);
     if (!text.empty()) {
-        say_result("update", (std::string(name) + ": " + text).c_str());
+        say_result("update", std::string(name) + ": " + text);
     }
 }
 
@@ -133,5 +133,5 @@ exit_status update_command(const command_line &line)
     say_field("Version", reply.version);
     say_field("Button", reply.button);
     say_field("URL", reply.url);
-    return line.open ? open_reply_url(reply.url) : EXIT_DONE;
+    return line.update.open_url ? open_reply_url(reply.url) : EXIT_DONE;
 }

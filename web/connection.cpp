@@ -6,6 +6,7 @@
 #include <netdb.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include "web/socket_sends.h"
@@ -44,6 +45,10 @@ bool connect_web_socket(int socket, const char *host, const char *name, std::uin
         set_web_error("Can't connect to web server '%s': %s", host, system_error_text());
         return false;
     }
+    // Not before: some systems would cut the connection attempt short by it.
+    const timeval limit = {SILENCE_LIMIT_SECONDS, 0};
+    setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+    prepare_sends(socket);
     return true;
 }
 

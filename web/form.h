@@ -5,9 +5,9 @@
 /// becomes "%" and its two lower-case hexadecimal digits; a space becomes "%20", never "+".
 ///
 /// A running count limits the output: a plain character counts 1, an escape 3, and a space 1,
-/// deliberately, although it writes three characters. Two thresholds are tested against the count.
-/// Above the refusal threshold no further escape is begun: the text then ends one position behind
-/// the last character written, and deliberately keeps the one byte that stood there.
+/// deliberately, although it writes three characters. At the stop threshold the text ends. Above
+/// the refusal threshold no further escape is begun: the text then ends one position behind the
+/// last character written, and deliberately keeps the one byte that stood there.
 #pragma once
 
 #include <string>

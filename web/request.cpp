@@ -1,11 +1,9 @@
 #include "web/request.h"
 
-#include <cctype>
 #include <string>
-#include <string_view>
 
+#include "support/c-utils/characters.h"
 #include "support/c-utils/decimal.h"
-#include "support/c-utils/percent.h"
 #include "web/transaction.h"
 #include "web/web_error_state.h"
 
@@ -22,15 +20,15 @@ struct url_parts {
 
 std::string upper_case(std::string text)
 {
-    for (auto c = text.rbegin(); c != text.rend(); ++c) {
-        *c = static_cast<char>(std::toupper(static_cast<unsigned char>(*c)));
+    for (char &c : text) {
+        c = to_upper(c);
     }
     return text;
 }
 
 bool belongs_to_host(char c)
 {
-    return is_ascii_alphanumeric(static_cast<unsigned char>(c)) || c == '-' || c == '.' || c == ':';
+    return is_ascii_alphanumeric(c) || c == '-' || c == '.' || c == ':';
 }
 
 /// Takes the scheme off \p rest, "HTTP" when it has none.

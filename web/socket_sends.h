@@ -1,6 +1,6 @@
 /// \file
-/// What differs by platform when a request is sent: not being killed by SIGPIPE, not waiting for
-/// ever, and gathering the pieces of a request into few segments. Internal to the web client.
+/// What differs by platform when a request is sent: not being killed by SIGPIPE, and gathering the
+/// pieces of a request into few segments. Internal to the web client.
 #pragma once
 
 #include <cstddef>
@@ -13,6 +13,6 @@ void prepare_socket(int socket);
 void prepare_sends(int socket);
 
 /// One send of up to \p length bytes; \p more says that further pieces follow at once, so that the
-/// system may hold these back for a fuller segment. Blocks for at most SILENCE_LIMIT_SECONDS.
+/// system may hold these back for a fuller segment.
 /// \return as send (POSIX) does; a peer that is gone gives EPIPE, never a signal.
 ssize_t send_piece(int socket, const char *bytes, std::size_t length, bool more);

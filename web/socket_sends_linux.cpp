@@ -1,19 +1,15 @@
 #include "web/socket_sends.h"
 
 #include <sys/socket.h>
-#include <sys/time.h>
-
-#include "web/wait.h"
 
 void prepare_socket(int)
 {
     // Each send says for itself that it wants no signal.
 }
 
-void prepare_sends(int socket)
+void prepare_sends(int)
 {
-    const timeval limit = {SILENCE_LIMIT_SECONDS, 0};
-    setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+    // Each send says for itself whether more follows.
 }
 
 ssize_t send_piece(int socket, const char *bytes, std::size_t length, bool more)

@@ -3,9 +3,6 @@
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
-#include <sys/time.h>
-
-#include "web/wait.h"
 
 namespace {
 
@@ -24,8 +21,6 @@ void prepare_socket(int socket)
 
 void prepare_sends(int socket)
 {
-    const timeval limit = {SILENCE_LIMIT_SECONDS, 0};
-    setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
     set_flag(socket, IPPROTO_TCP, TCP_NOPUSH, 1);
 }
 

@@ -5,9 +5,8 @@
 
 #include "web/connection.h"
 #include "web/reply.h"
-#include "web/request_lines.h"
 #include "web/result.h"
-#include "web/socket_sends.h"
+#include "web/send_request.h"
 #include "web/wait.h"
 #include "web/web_error.h"
 
@@ -32,8 +31,7 @@ int web_transaction(const char *scheme, const char *host, const char *target, st
                             proxied ? proxy_port : port)) {
         return WEB_FAILED;
     }
-    prepare_sends(socket);
-    const web_message message = {host, target, method, extra_headers, body, user, password};
-    const int sent = finish_wait(send_request(socket, message));
+    const request_parts request = {host, target, method, extra_headers, body, user, password};
+    const int sent = finish_wait(send_request(socket, request));
     return sent == WEB_DONE ? receive_reply(socket, header_out, body_out) : sent;
 }

@@ -47,6 +47,9 @@ void set_web_idle_callback(WebIdleCallback callback, void *argument);
 /// Both texts are blocks of the system allocator, given back with free(); the caller sets both to
 /// null before and releases what is not null after.
 ///
+/// Looking the name up and connecting wait as long as the system does, and look neither at the
+/// cancel request nor at the idle callback. Where nothing was received, neither text is touched.
+///
 /// \return 0 done; -1 failed; 1 the server sent nothing, or took nothing of the request, for 10 s;
 /// 2 cancelled. When it is not 0, web_last_error() has the reason. An earlier error text is not
 /// cleared by success.

@@ -7,14 +7,16 @@
 #include "web/transaction.h"
 #include "web/web_error.h"
 
+// Declared in web/transaction.h for the callers; only the wait looks at them.
 volatile std::sig_atomic_t web_cancel_requested = 0;
+
+static_assert(WAIT_DESCRIPTORS <= FD_SETSIZE, "a descriptor of the wait fits into the set");
 
 namespace {
 
 WebIdleCallback idle_callback = nullptr;
 void *idle_argument = nullptr;
 
-/// Deliberately the two are compared as signed numbers, not by their difference.
 bool is_past(std::uint32_t deadline, std::uint32_t now)
 {
     return static_cast<std::int32_t>(deadline) <= static_cast<std::int32_t>(now);
@@ -52,6 +54,7 @@ wait_result wait_readable(int socket, timeval slice)
         FD_SET(socket, &readable);
         timeval limit = slice; // some systems count it down
         if (select(WAIT_DESCRIPTORS, &readable, nullptr, nullptr, &limit) > 0) {
+            // A readiness that is not this socket's cannot be waited for any better.
             return FD_ISSET(socket, &readable) ? wait_result::ready : wait_result::timed_out;
         }
         if (web_cancel_requested != 0) {

@@ -1,5 +1,5 @@
 /// \file
-/// The other end of the last error text's life. Internal to the web client.
+/// Clearing the last error text. Internal to the web client.
 #pragma once
 
 /// Discards the last error text.

@@ -1,11 +1,11 @@
 #include "support/c-utils/calendar.h"
 
-#include <cctype>
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
 
+#include "support/c-utils/characters.h"
 #include "support/c-utils/copy.h"
 #include "support/c-utils/decimal.h"
 
@@ -37,7 +37,7 @@ int month_from_name(char *text)
         if (text[i] == '\0') {
             return 0;
         }
-        text[i] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[i])));
+        text[i] = to_lower(text[i]);
     }
     for (int month = 1; month <= 12; ++month) {
         if (std::memcmp(text, month_names[month], month_name_length) == 0) {

@@ -1,5 +1,6 @@
 #include "support/c-utils/clock.h"
 
+#include <cmath>
 #include <ctime>
 #include <sys/time.h>
 
@@ -16,7 +17,7 @@ timeval now()
     return time;
 }
 
-/// \p milliseconds rounded half up to an integer, as far as 32 bits go; a NaN is none.
+/// \p milliseconds rounded half up to an integer, as far as 32 bits go; a NaN counts as 0.
 std::int32_t whole_milliseconds(float milliseconds)
 {
     const double rounded = static_cast<double>(milliseconds) + 0.5;
@@ -26,7 +27,7 @@ std::int32_t whole_milliseconds(float milliseconds)
     if (rounded <= -2147483648.0) {
         return INT32_MIN;
     }
-    return rounded == rounded ? static_cast<std::int32_t>(rounded) : 0;
+    return !std::isnan(rounded) ? static_cast<std::int32_t>(rounded) : 0;
 }
 
 } // namespace
@@ -50,6 +51,7 @@ std::uint32_t current_time_milliseconds()
 void start_timer()
 {
     const timeval time = now();
+    // Deliberately 32 bits: a start beyond them falls back by 2^32 seconds.
     const std::int32_t seconds = static_cast<std::int32_t>(
         static_cast<std::uint32_t>(time.tv_sec) - static_cast<std::uint32_t>(TIME_BASE_SECONDS));
     timer_start_mark = seconds + static_cast<double>(time.tv_usec) * seconds_per_microsecond;

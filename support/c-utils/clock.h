@@ -20,7 +20,7 @@ double current_time_seconds();
 /// about 49 days only.
 std::uint32_t current_time_milliseconds();
 
-/// Sets timer_start_mark to now.
+/// Sets timer_start_mark to now, the whole seconds wrapped to 32 bits.
 void start_timer();
 
 /// \return seconds since timer_start_mark; without a start_timer(), the seconds scale itself.

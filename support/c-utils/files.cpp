@@ -43,6 +43,7 @@ std::FILE *open_file(const char *path, const char *mode, int flags)
         report_open_failure(path, mode, std::strerror(errno));
     }
     if ((flags & OPEN_FAIL_FATAL) != 0) {
+        // Deliberately the same place for every file.
         throw_abort(1, "support/c-utils", 291);
     }
     return nullptr;

@@ -26,7 +26,8 @@ using regular_file_callback = int (*)(const char *path, std::intptr_t user);
 /// given the permissions rw-rw-rw-, whatever the file-creation mask, also when it existed.
 /// \param flags OPEN_FAIL_FATAL, OPEN_FAIL_REPORT or 0
 /// \return the stream, to be closed with close_file(); null when the file does not open.
-/// \throws CorvellaAbortException with code 1 instead of returning null for OPEN_FAIL_FATAL.
+/// \throws CorvellaAbortException with code 1, file "support/c-utils" and line 291 instead of
+/// returning null for OPEN_FAIL_FATAL.
 std::FILE *open_file(const char *path, const char *mode, int flags);
 
 /// Opens \p path or else \p fallback, both as open_file() does: each failure is reported, and
@@ -52,7 +53,8 @@ int remove_path(const char *path);
 /// Calls \p callback for each regular file of a directory, links to files included, in the
 /// system's order, without descending. The callback may remove the file. An entry whose path does
 /// not fit into 1024 bytes with its NUL is reported at level 8 and passed over, one whose status
-/// cannot be read is passed over; so is a directory that cannot be opened, after a report.
+/// cannot be read is passed over; so is a directory that cannot be opened, after a report at
+/// level 8.
 void for_each_regular_file(const char *directory, regular_file_callback callback,
                            std::intptr_t user);
 

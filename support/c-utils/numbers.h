@@ -42,6 +42,6 @@ float floor_to_step(float x, float y);
 /// quotient is computed in double precision and rounded to single before the floor.
 float round_to_step(float x, float y);
 
-/// A repeatable pseudo-random value in [-32, 32) made of the bits of \p x * 2^33. The last rounding
-/// takes its greatest eight patterns up to 32 itself.
+/// A repeatable pseudo-random value made of the bits of \p x * 2^33, in [-32, 32]: the greatest
+/// eight bit patterns round up to 32.
 float hash_noise_float(float x);

@@ -1,23 +1,13 @@
 #include "support/c-utils/parse_float.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <cstdint>
 
+#include "support/c-utils/characters.h"
 #include "support/c-utils/decimal.h"
 
 namespace {
-
-bool is_space(char c)
-{
-    return std::isspace(static_cast<unsigned char>(c)) != 0;
-}
-
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
 
 /// Beyond this exponent every float but zero and infinity has become one of the two.
 constexpr std::int32_t exponent_limit = 100;
@@ -71,9 +61,7 @@ float_reading read_unsigned(const char *text)
 
 int parse_float(const char *text, float *result)
 {
-    while (is_space(*text)) {
-        ++text;
-    }
+    text = skip_white_space(text);
     const bool negative = *text == '-';
     if (negative || *text == '+') {
         ++text;

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstring>
 
+#include "support/c-utils/characters.h"
+
 /// What a byte becomes: itself, or "%" and two digits.
 struct percent_code {
     char text[3];
@@ -14,13 +16,6 @@ struct percent_code {
 
 using percent_table = std::array<percent_code, 256>;
 
-/// Whether \p byte is an ASCII letter or digit, in every locale.
-constexpr bool is_ascii_alphanumeric(unsigned char byte)
-{
-    return (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
-           (byte >= 'a' && byte <= 'z');
-}
-
 /// Makes the table in which ASCII letters, digits and the characters of \p plain stay as they are,
 /// and the others are written with \p digits.
 constexpr percent_table make_percent_table(const char *plain, const char *digits)
@@ -28,7 +23,7 @@ constexpr percent_table make_percent_table(const char *plain, const char *digits
     percent_table table = {};
     for (std::size_t byte = 0; byte < table.size(); ++byte) {
         const char c = static_cast<char>(byte);
-        bool stays = is_ascii_alphanumeric(static_cast<unsigned char>(byte));
+        bool stays = is_ascii_alphanumeric(c);
         for (const char *other = plain; *other != '\0'; ++other) {
             stays = stays || *other == c;
         }
@@ -49,8 +44,8 @@ inline char *write_percent_code(char *out, const percent_table &table, char byte
 /// Copies \p source with each byte's code and a NUL.
 inline void copy_percent_coded(char *out, const char *source, const percent_table &table)
 {
-    // A code is written as three bytes without looking, as long as what must still follow, a byte
-    // at least for each of the source and the NUL, is sure to cover them.
+    // While two source bytes are left, two codes and the NUL still to come are three bytes at the
+    // least, so that a whole code may be stored whatever its length.
     std::size_t left = std::strlen(source);
     for (; left >= 2; --left) {
         out = write_percent_code(out, table, *source++);

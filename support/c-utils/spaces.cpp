@@ -1,7 +1,21 @@
 #include "support/c-utils/spaces.h"
 
-#include <cctype>
 #include <cstddef>
+
+#include "support/c-utils/characters.h"
+
+namespace {
+
+/// Whether a space may stand behind the \p length characters kept so far.
+bool takes_a_space(const char *kept, std::size_t length)
+{
+    if (length == 0) {
+        return false;
+    }
+    return kept[length - 1] != ' ' || (length >= 2 && kept[length - 2] == '.');
+}
+
+} // namespace
 
 char *collapse_spaces(const char *source, char *destination)
 {
@@ -18,24 +32,11 @@ char *collapse_spaces(const char *source, char *destination)
     return destination;
 }
 
-namespace {
-
-/// Whether a space may stand behind the \p length characters kept so far.
-bool takes_a_space(const char *kept, std::size_t length)
-{
-    if (length == 0) {
-        return false;
-    }
-    return kept[length - 1] != ' ' || (length >= 2 && kept[length - 2] == '.');
-}
-
-} // namespace
-
 char *normalize_spaces_in_place(char *text)
 {
     std::size_t length = 0;
     for (const char *in = text; *in != '\0'; ++in) {
-        if (std::isspace(static_cast<unsigned char>(*in)) == 0) {
+        if (!is_space(*in)) {
             text[length++] = *in;
         } else if (takes_a_space(text, length)) {
             text[length++] = ' ';

@@ -17,7 +17,7 @@ struct string_buffer {
 ///
 /// A formatting error (an invalid wide character, say) deliberately counts as 4095 characters:
 /// what could be formatted is followed by NUL bytes up to that length. Only a text too long for
-/// the formatter to count is none: it is too long for the record, too.
+/// the formatter to count is not such an error: it throws.
 ///
 /// \return the new length.
 /// \throws std::bad_alloc when memory is exhausted, or when the record's 32-bit fields cannot hold

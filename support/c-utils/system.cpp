@@ -6,7 +6,8 @@
 
 void get_os_name(char *buffer)
 {
-    std::memcpy(buffer, "Mac OS X", 9);
+    constexpr char name[] = "Mac OS X";
+    std::memcpy(buffer, name, sizeof name);
 }
 
 void get_host_name(char *buffer, std::size_t size)

@@ -1,22 +1,12 @@
 #include "support/c-utils/transform.h"
 
-#include <cctype>
+#include "support/c-utils/characters.h"
 
 namespace {
 
-char to_lower(char c)
-{
-    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-}
-
-char to_upper(char c)
-{
-    return static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-}
-
 bool is_identifier_character(char c)
 {
-    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
+    return is_alphanumeric(c) || c == '_';
 }
 
 /// Copies each character as \p change makes it.

@@ -1,22 +1,12 @@
 #include "support/c-utils/words.h"
 
-#include <cctype>
 #include <cstddef>
 #include <cstring>
 
+#include "support/c-utils/characters.h"
 #include "support/c-utils/copy.h"
 
 namespace {
-
-bool is_upper(char c)
-{
-    return std::isupper(static_cast<unsigned char>(c)) != 0;
-}
-
-bool is_space(char c)
-{
-    return std::isspace(static_cast<unsigned char>(c)) != 0;
-}
 
 bool separates_names(char c)
 {

@@ -1,9 +1,10 @@
 #include "support/c-utils/wrap.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdint>
 #include <cstring>
+
+#include "support/c-utils/characters.h"
 
 namespace {
 
@@ -11,11 +12,6 @@ namespace {
 using position = std::int64_t;
 
 constexpr position no_break = -1;
-
-bool is_space(char c)
-{
-    return std::isspace(static_cast<unsigned char>(c)) != 0;
-}
 
 position last_space(const char *text, position from, position above)
 {

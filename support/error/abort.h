@@ -8,7 +8,7 @@
 struct CorvellaAbortException {
     const char *file;      ///< source name of the place that threw; static, not owned
     std::int32_t line;     ///< line of that place
-    std::int32_t code;     ///< 5: a failed assertion; 1: a file that had to open did not
+    std::int32_t code;     ///< the thrower's; this layer: 5 an assertion, 1 a file to open
     std::int32_t reserved; ///< always 0
 };
 

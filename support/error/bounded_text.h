@@ -40,3 +40,13 @@ inline void end_text(bounded_text &text)
 {
     text.bytes[text.length] = '\0';
 }
+
+/// \return the length of \p text without what it has of \p characters at its end.
+inline std::size_t length_without_trailing(const char *text, const char *characters)
+{
+    std::size_t length = std::strlen(text);
+    while (length > 0 && std::strchr(characters, text[length - 1]) != nullptr) {
+        --length;
+    }
+    return length;
+}

@@ -9,36 +9,24 @@
 
 namespace {
 
-enum class Bell { none, before, after };
+enum class bell_place { none, before, after };
 
 struct level_style {
     const char *label;
-    Bell bell;
+    bell_place bell;
 };
 
 // Levels 4 and 5 are the ringing variants of 2 and 3.
 constexpr level_style level_styles[] = {
-    {"Log", Bell::none},          {"", Bell::none},
-    {"Info", Bell::none},         {"Note", Bell::none},
-    {"Info", Bell::after},        {"Note", Bell::after},
-    {"", Bell::before},           {"Alert", Bell::after},
-    {"Warning", Bell::after},     {"Error", Bell::after},
-    {"Fatal Error", Bell::after},
+    {"Log", bell_place::none},          {"", bell_place::none},
+    {"Info", bell_place::none},         {"Note", bell_place::none},
+    {"Info", bell_place::after},        {"Note", bell_place::after},
+    {"", bell_place::before},           {"Alert", bell_place::after},
+    {"Warning", bell_place::after},     {"Error", bell_place::after},
+    {"Fatal Error", bell_place::after},
 };
 constexpr int level_count = sizeof level_styles / sizeof level_styles[0];
 constexpr int fallback_level = 8;
-
-// What a line needs beside its text: the longest label, ": ", the bell and the NUL fit into it.
-constexpr int line_overhead = 20;
-
-std::size_t length_without_trailing_newlines(const char *text)
-{
-    std::size_t length = std::strlen(text);
-    while (length > 0 && text[length - 1] == '\n') {
-        --length;
-    }
-    return length;
-}
 
 } // namespace
 
@@ -59,15 +47,15 @@ int compose_message_line(int level, const char *text, int text_limit, char *buff
     }
     const level_style &style = level_styles[known_message_level(level)];
     bounded_text line = {buffer, static_cast<std::size_t>(buffer_size) - 1, 0};
-    if (style.bell == Bell::before) {
+    if (style.bell == bell_place::before) {
         append_text(line, "\a");
     }
     append_text(line, style.label);
     append_text(line, style.label[0] != '\0' ? ": " : "");
     append_bytes(
         line, text,
-        std::min(length_without_trailing_newlines(text), static_cast<std::size_t>(text_limit)));
-    if (style.bell == Bell::after) {
+        std::min(length_without_trailing(text, "\n"), static_cast<std::size_t>(text_limit)));
+    if (style.bell == bell_place::after) {
         append_text(line, "\a");
     }
     end_text(line);
@@ -76,6 +64,6 @@ int compose_message_line(int level, const char *text, int text_limit, char *buff
 
 int format_message_line(int level, const char *text, char *buffer, int buffer_size)
 {
-    const int text_limit = buffer_size > line_overhead ? buffer_size - line_overhead : 0;
+    const int text_limit = buffer_size > LINE_OVERHEAD ? buffer_size - LINE_OVERHEAD : 0;
     return compose_message_line(level, text, text_limit, buffer, buffer_size);
 }

@@ -27,15 +27,6 @@ void count_line(std::time_t now)
     ++recorder.burst_count;
 }
 
-std::size_t length_without_line_end(const char *text)
-{
-    std::size_t length = std::strlen(text);
-    while (length > 0 && (text[length - 1] == '\n' || text[length - 1] == '\r')) {
-        --length;
-    }
-    return length;
-}
-
 /// The local time of a second, formed anew only when the second is another.
 const char *local_time_text(std::time_t now)
 {
@@ -66,7 +57,7 @@ int record_timestamped_line(const char *text)
     bounded_text record = {buffer, sizeof buffer - 1, 0};
     append_bytes(record, local_time_text(now), time_length);
     append_text(record, ": ");
-    append_bytes(record, text, std::min(length_without_line_end(text), text_limit));
+    append_bytes(record, text, std::min(length_without_trailing(text, "\r\n"), text_limit));
     append_text(record, "\n");
     end_text(record);
     return static_cast<int>(record.length) - 1;

@@ -1,19 +1,10 @@
 #include "support/options/number_text.h"
 
-#include <cctype>
+#include "support/c-utils/characters.h"
 
 namespace {
 
-bool is_space(char c)
-{
-    return std::isspace(static_cast<unsigned char>(c)) != 0;
-}
-
-bool is_decimal_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
+/// Lower-cases an ASCII letter, in every locale.
 char lower(char c)
 {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -21,15 +12,7 @@ char lower(char c)
 
 bool is_hexadecimal_digit(char c)
 {
-    return is_decimal_digit(c) || (lower(c) >= 'a' && lower(c) <= 'f');
-}
-
-const char *skip_white_space(const char *text)
-{
-    while (is_space(*text)) {
-        ++text;
-    }
-    return text;
+    return is_digit(c) || (lower(c) >= 'a' && lower(c) <= 'f');
 }
 
 const char *skip_sign(const char *text)
@@ -49,11 +32,11 @@ const char *skip_word(const char *text, const char *word)
 }
 
 /// \return the place behind digits with at most one point, or null when there is no digit.
-const char *skip_digits(const char *text, bool (*is_digit)(char))
+const char *skip_digits(const char *text, bool (*counts)(char))
 {
     bool any = false;
     bool point = false;
-    for (; is_digit(*text) || (*text == '.' && !point); ++text) {
+    for (; counts(*text) || (*text == '.' && !point); ++text) {
         if (*text == '.') {
             point = true;
         } else {
@@ -71,10 +54,10 @@ const char *skip_exponent(const char *text, char letter)
         return text;
     }
     text = skip_sign(text + 1);
-    if (!is_decimal_digit(*text)) {
+    if (!is_digit(*text)) {
         return nullptr;
     }
-    while (is_decimal_digit(*text)) {
+    while (is_digit(*text)) {
         ++text;
     }
     return text;
@@ -84,7 +67,7 @@ const char *skip_finite_number(const char *text)
 {
     const char *const hexadecimal = skip_word(text, "0x");
     const char *const end = hexadecimal != nullptr ? skip_digits(hexadecimal, is_hexadecimal_digit)
-                                                   : skip_digits(text, is_decimal_digit);
+                                                   : skip_digits(text, is_digit);
     return end != nullptr ? skip_exponent(end, hexadecimal != nullptr ? 'p' : 'e') : nullptr;
 }
 
@@ -96,7 +79,7 @@ const char *skip_nan(const char *text)
         return end;
     }
     const char *c = end + 1;
-    while (std::isalnum(static_cast<unsigned char>(*c)) != 0 || *c == '_') {
+    while (is_alphanumeric(*c) || *c == '_') {
         ++c;
     }
     return *c == ')' ? c + 1 : nullptr;

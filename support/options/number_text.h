@@ -2,6 +2,8 @@
 /// Whether a text is a number. Internal to the option parser.
 #pragma once
 
+#include "support/c-utils/characters.h"
+
 /// Whether \p text, but for white space at either end, is a floating-point number in any form that
 /// scanf's "%f" reads (ISO C): with a sign, an exponent, hexadecimal, infinite or not a number.
 /// The point is "." in every locale.
@@ -11,5 +13,5 @@ bool reads_as_number(const char *text);
 /// this.
 inline bool may_begin_number(char c)
 {
-    return (c >= '0' && c <= '9') || c == '.' || c == 'i' || c == 'I' || c == 'n' || c == 'N';
+    return is_digit(c) || c == '.' || c == 'i' || c == 'I' || c == 'n' || c == 'N';
 }

@@ -21,7 +21,7 @@ constexpr int error_code = '?';
 constexpr int missing_argument_code = ':';
 constexpr int operand_code = 1;
 
-enum argument_kind { no_argument = 0, required_argument = 1, optional_argument = 2 };
+enum argument_kind { NO_ARGUMENT = 0, REQUIRED_ARGUMENT = 1, OPTIONAL_ARGUMENT = 2 };
 
 /// One call's view of the command line.
 struct option_scan {
@@ -183,7 +183,8 @@ bool find_long_option(const option_scan &scan, found_option &found)
 /// A program that moves option_index itself may leave the position behind the element's end.
 void keep_position_inside(const char *element)
 {
-    if (option_position < 0 || static_cast<std::size_t>(option_position) > std::strlen(element)) {
+    if (option_position < 0 ||
+        (option_position > 1 && static_cast<std::size_t>(option_position) > std::strlen(element))) {
         option_position = 1;
     }
 }
@@ -201,9 +202,9 @@ bool find_short_option(const option_scan &scan, found_option &found)
     const char *const entry =
         *character != '\0' ? std::strchr(scan.short_options, *character) : nullptr;
     if (entry != nullptr) {
-        const std::int32_t kind = entry[1] != ':'   ? no_argument
-                                  : entry[2] != ':' ? required_argument
-                                                    : optional_argument;
+        const std::int32_t kind = entry[1] != ':'   ? NO_ARGUMENT
+                                  : entry[2] != ':' ? REQUIRED_ARGUMENT
+                                                    : OPTIONAL_ARGUMENT;
         option_code = static_cast<unsigned char>(*character);
         found = {nullptr, kind, character + 1};
         return true;
@@ -297,7 +298,7 @@ int result_of(const found_option &found, const option_scan &scan, int *index)
 /// Parses the option at the current position.
 int parse_current_option(const option_scan &scan, int *index)
 {
-    found_option found = {nullptr, no_argument, nullptr};
+    found_option found = {nullptr, NO_ARGUMENT, nullptr};
     if (!find_long_option(scan, found)) {
         return error_code;
     }
@@ -310,17 +311,46 @@ int parse_current_option(const option_scan &scan, int *index)
         return error_code;
     }
     bool used_next = false;
-    if (found.kind == required_argument) {
+    if (found.kind == REQUIRED_ARGUMENT) {
         if (!take_required_argument(scan, found, used_next)) {
             return missing_argument_code;
         }
-    } else if (found.kind == optional_argument) {
+    } else if (found.kind == OPTIONAL_ARGUMENT) {
         take_optional_argument(scan, found);
     } else {
         take_no_argument(found);
     }
     advance(scan, used_next ? 2 : 1);
     return result_of(found, scan, index);
+}
+
+/// Restarts the scan where option_index says so, and sees to it that there is an element to look
+/// at. \return whether there is one; if not, the scan is at its end.
+bool begin_step(const option_scan &scan)
+{
+    if (option_index == 0) {
+        scan_is_stuck = false;
+    }
+    if (is_past_the_end(scan)) {
+        return false;
+    }
+    // Deliberately before the restart, which therefore does not look at element 1 here.
+    if (is_two_dashes(current_element(scan))) {
+        ++option_index;
+        return false;
+    }
+    if (scan_is_stuck) {
+        return false;
+    }
+    if (option_index == 0) {
+        option_index = 1;
+        option_position = 1;
+    }
+    if (is_past_the_end(scan)) {
+        return false;
+    }
+    keep_position_inside(current_element(scan));
+    return true;
 }
 
 } // namespace
@@ -333,29 +363,8 @@ int parse_options(int count, char **vector, const char *short_options,
         return error_code;
     }
     option_scan scan = begin_call(count, vector, short_options, long_options, long_only);
-    if (option_index == 0) {
-        scan_is_stuck = false;
-    }
-    if (is_past_the_end(scan)) {
+    if (!begin_step(scan)) {
         return scan_end;
-    }
-    // Deliberately before the restart, which therefore does not look at element 1 here.
-    if (is_two_dashes(current_element(scan))) {
-        ++option_index;
-        return scan_end;
-    }
-    if (scan_is_stuck) {
-        return scan_end;
-    }
-    if (option_index == 0) {
-        option_index = 1;
-        option_position = 1;
-        if (is_past_the_end(scan)) {
-            return scan_end;
-        }
-    }
-    if (option_position != 1) {
-        keep_position_inside(current_element(scan));
     }
     int result;
     if (option_position == 1 && !find_option_element(scan, result)) {

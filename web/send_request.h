@@ -7,7 +7,7 @@
 #include "web/wait.h"
 
 /// What a request says; the texts are those of web_transaction().
-struct web_message {
+struct request_parts {
     const char *host;
     const char *target;
     const char *method;
@@ -22,4 +22,4 @@ struct web_message {
 /// \return wait_result::ready when the reply can be waited for; timed_out when the peer took
 /// nothing for SILENCE_LIMIT_SECONDS, cancelled when the user asked for it while the peer took
 /// nothing. \throws std::bad_alloc when memory for the credentials is exhausted.
-wait_result send_request(int socket, const web_message &message);
+wait_result send_request(int socket, const request_parts &request);

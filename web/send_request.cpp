@@ -1,6 +1,7 @@
-#include "web/request_lines.h"
+#include "web/send_request.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -16,7 +17,7 @@
 namespace {
 
 // The greatest number of bytes whose base64 length and NUL an int can count.
-constexpr std::size_t greatest_encodable = 1610612733;
+constexpr std::size_t greatest_encodable = std::size_t{INT32_MAX} / 4 * 3;
 
 /// A text that is wiped before it is given back.
 using secret_text = std::unique_ptr<char, void (*)(char *)>;
@@ -35,8 +36,8 @@ struct request_sender {
     wait_result result; ///< ready until the peer is given up
 };
 
-/// Whether a send failed because it had to wait: for a signal, or for as long as it may.
-bool had_to_wait(int error, std::uint32_t deadline)
+/// Whether a send failed only because a signal interrupted it, or because its time was up.
+bool made_no_progress(int error, std::uint32_t deadline)
 {
     return error == EINTR || (error == EAGAIN && deadline_passed(deadline));
 }
@@ -50,7 +51,7 @@ void send_text(request_sender &sender, std::string_view text, bool more)
         if (sent >= 0) {
             text.remove_prefix(static_cast<std::size_t>(sent));
             deadline = silence_deadline();
-        } else if (!had_to_wait(errno, deadline)) {
+        } else if (!made_no_progress(errno, deadline)) {
             shutdown(sender.socket, SHUT_WR); // or the pieces behind would make another request
             return;
         } else if (deadline_passed(deadline)) {
@@ -70,10 +71,10 @@ void send_credentials(request_sender &sender, const char *user, const char *pass
         throw std::bad_alloc();
     }
     const std::size_t length = user_length + 1 + password_length;
-    const secret_text plain(static_cast<char *>(checked_malloc(length + 2)), wipe_and_free);
-    std::snprintf(plain.get(), length + 2, "%s:%s\n", user, password);
+    const secret_text plain(static_cast<char *>(checked_malloc(length + 1)), wipe_and_free);
+    std::snprintf(plain.get(), length + 1, "%s:%s", user, password);
 
-    const int count = static_cast<int>(length); // the line end is no part of the credentials
+    const int count = static_cast<int>(length);
     const std::size_t encoded_size = static_cast<std::size_t>(base64_encoded_length(count)) + 1;
     const secret_text encoded(static_cast<char *>(checked_malloc(encoded_size)), wipe_and_free);
     send_text(sender, base64_encode(plain.get(), count, encoded.get()), true);
@@ -81,29 +82,29 @@ void send_credentials(request_sender &sender, const char *user, const char *pass
 
 } // namespace
 
-wait_result send_request(int socket, const web_message &message)
+wait_result send_request(int socket, const request_parts &request)
 {
     request_sender sender = {socket, wait_result::ready};
-    const bool posts = std::strcmp(message.method, "POST") == 0;
-    const std::string_view body = posts ? message.body : std::string_view();
+    const bool posts = std::strcmp(request.method, "POST") == 0;
+    const std::string_view body = posts ? request.body : std::string_view();
 
     send_text(sender, posts ? "POST " : "GET ", true);
-    send_text(sender, message.target, true);
+    send_text(sender, request.target, true);
     send_text(sender, " HTTP/1.0\r\n", true);
     send_text(sender, "Accept: image/gif, image/x-xbitmap, image/jpeg, image/pjpeg, */*\r\n", true);
     send_text(sender, "Accept-Language: en-us\r\n", true);
     send_text(sender, "User-Agent: Morvane_Auto1\r\n", true);
     send_text(sender, "Referer: www." CORVELLA_MAKER_DOMAIN "\r\n", true);
-    if (message.extra_headers != nullptr && message.extra_headers[0] != '\0') {
-        send_text(sender, message.extra_headers, true);
+    if (request.extra_headers != nullptr && request.extra_headers[0] != '\0') {
+        send_text(sender, request.extra_headers, true);
         send_text(sender, "\r\n", true);
     }
     send_text(sender, "Host: ", true);
-    send_text(sender, message.host, true);
+    send_text(sender, request.host, true);
     send_text(sender, "\r\n", true);
-    if (message.user != nullptr && message.password != nullptr) {
+    if (request.user != nullptr && request.password != nullptr) {
         send_text(sender, "Authorization: Basic ", true);
-        send_credentials(sender, message.user, message.password);
+        send_credentials(sender, request.user, request.password);
         send_text(sender, "\r\n", true);
     }
     send_text(sender, "\r\n", !body.empty());
