@@ -11,7 +11,7 @@ namespace {
 
 /// Points one descriptor at an unlinked temporary file for as long as it lives.
 class Redirection {
-  public:
+public:
     Redirection(std::FILE *stream, int descriptor)
         : stream_(stream), descriptor_(descriptor), file_(std::tmpfile())
     {
@@ -51,7 +51,7 @@ class Redirection {
         return all;
     }
 
-  private:
+private:
     std::FILE *stream_;
     int descriptor_;
     std::FILE *file_;

@@ -152,7 +152,9 @@ TEST(PhpPage, ReadsTheCredentials)
         const char *user;
         const char *password;
     } const cases[] = {
-        {"Aladdin", "open sesame"}, {"u", "p"}, {"us", "p:q:"},
+        {"Aladdin", "open sesame"},
+        {"u", "p"},
+        {"us", "p:q:"},
         {"Jürgen", "\xff\xfe\x01"},
     };
     const PhpServer php(credentials_page);

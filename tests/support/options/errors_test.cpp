@@ -1,7 +1,7 @@
 // Calls that cannot be served, and what is said about options that cannot be used.
 
 #include "support/options.h"
-#include "tests/support/options_arguments.h"
+#include "tests/support/options/arguments.h"
 
 #include <gtest/gtest.h>
 #include <string>

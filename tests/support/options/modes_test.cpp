@@ -1,7 +1,7 @@
 // The three ways of treating operands, and the end of the options.
 
 #include "support/options.h"
-#include "tests/support/options_arguments.h"
+#include "tests/support/options/arguments.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // The parser's state, short options and their arguments.
 
 #include "support/options.h"
-#include "tests/support/options_arguments.h"
+#include "tests/support/options/arguments.h"
 
 #include <cstddef>
 #include <cstdint>

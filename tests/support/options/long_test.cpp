@@ -1,7 +1,7 @@
 // Long options: matching, arguments, abbreviations, and the fall back to short options.
 
 #include "support/options.h"
-#include "tests/support/options_arguments.h"
+#include "tests/support/options/arguments.h"
 
 #include <cstdint>
 #include <gtest/gtest.h>

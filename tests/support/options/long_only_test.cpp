@@ -1,7 +1,7 @@
 // Long options behind a single dash or a plus sign.
 
 #include "support/options.h"
-#include "tests/support/options_arguments.h"
+#include "tests/support/options/arguments.h"
 
 #include <cstdint>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "tests/support/options_model.h"
+#include "tests/support/options/model.h"
 
 #include <cstddef>
 #include <string>

@@ -1,8 +1,8 @@
 // Elements that read as a number are operands: `%f%s` converts exactly one item of them.
 
 #include "support/options.h"
-#include "tests/support/options_arguments.h"
-#include "tests/support/options_model.h"
+#include "tests/support/options/arguments.h"
+#include "tests/support/options/model.h"
 
 #include <gtest/gtest.h>
 #include <string>

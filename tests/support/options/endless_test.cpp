@@ -1,7 +1,7 @@
 // Scans that a call could only repeat for ever: they end after that call.
 
 #include "support/options.h"
-#include "tests/support/options_arguments.h"
+#include "tests/support/options/arguments.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>

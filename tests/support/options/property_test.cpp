@@ -2,8 +2,8 @@
 
 #include "support/options.h"
 #include "tests/harness/capture.h"
-#include "tests/support/options_arguments.h"
-#include "tests/support/options_model.h"
+#include "tests/support/options/arguments.h"
+#include "tests/support/options/model.h"
 
 #include <cstddef>
 #include <cstdint>
