@@ -32,8 +32,8 @@ char *escape(char *destination, const char *source, std::int64_t stop, std::int6
         }
         std::memcpy(out, code.text, code.length);
         out += code.length;
-        count +=
-            *source == ' ' ? 1 : code.length; // deliberate: a space counts 1, though it writes 3
+        // Deliberate: a space counts 1, though it writes three bytes.
+        count += *source == ' ' ? 1 : code.length;
     }
     *out = '\0';
     return destination;

@@ -31,7 +31,7 @@ void count_line(std::time_t now)
 const char *local_time_text(std::time_t now)
 {
     static std::time_t formed_for = 0;
-    static char formed[26] = ""; // the form of ctime: 24 characters, a newline and the NUL
+    static char formed[64] = ""; // ctime needs 26 bytes, and for far years more on some systems
     if (formed[0] == '\0' || formed_for != now) {
         formed_for = now;
         if (ctime_r(&now, formed) == nullptr) {
