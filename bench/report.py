@@ -152,8 +152,9 @@ def machine():
     compiler = subprocess.run(["g++", "-dumpfullversion"], capture_output=True, text=True,
                               check=True).stdout.strip()
     name = processor.group(1) if processor else platform.machine()
+    kernel = platform.release().split("-")[0]
     return (f"{name}, {os.cpu_count()} processors, {memory:.0f} GiB of memory, {system},\n"
-            f"Linux {platform.release()}, g++ {compiler}, Release build, {platform.machine()}")
+            f"Linux {kernel}, g++ {compiler}, Release build, {platform.machine()}")
 
 
 def plot(rows):
