@@ -69,8 +69,8 @@ exit_status status_of(int result)
     }
 }
 
-/// A request to stop that the transaction did not get to see: the connection attempt failed by it,
-/// or the body kept coming.
+/// A request to stop that the transaction did not get to see, because the connection attempt failed
+/// by it or the body kept coming, counts as a cancellation and is taken back.
 int as_seen_by_the_user(int result)
 {
     constexpr int cancelled = 2;

@@ -1,33 +1,15 @@
 #include "support/c-utils/numbers.h"
+#include "tests/support/c-utils/float_bits.h"
 
 #include <cfloat>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <gtest/gtest.h>
-#include <limits>
 
 // Floats are compared bit for bit. Constants in hexadecimal are single-precision patterns worked
 // out with exact rational arithmetic, rounded to the nearest even after each step.
 
 namespace {
-
-constexpr float infinity = std::numeric_limits<float>::infinity();
-constexpr float not_a_number = std::numeric_limits<float>::quiet_NaN();
-
-std::uint32_t bits(float x)
-{
-    std::uint32_t pattern;
-    std::memcpy(&pattern, &x, sizeof pattern);
-    return pattern;
-}
-
-float from_bits(std::uint32_t pattern)
-{
-    float x;
-    std::memcpy(&x, &pattern, sizeof x);
-    return x;
-}
 
 struct PairCase {
     float x, y, result;

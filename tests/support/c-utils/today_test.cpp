@@ -2,6 +2,7 @@
 // for the system's. Time zones are set in child processes.
 #include "support/c-utils.h"
 #include "tests/harness/capture.h"
+#include "tests/harness/set_clock.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -10,28 +11,6 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <string>
-#include <sys/time.h>
-
-namespace {
-
-std::time_t clock_now = 1'000'000'000;
-
-} // namespace
-
-extern "C" std::time_t time(std::time_t *result) noexcept
-{
-    if (result != nullptr) {
-        *result = clock_now;
-    }
-    return clock_now;
-}
-
-extern "C" int gettimeofday(timeval *__restrict result, void *__restrict) noexcept
-{
-    result->tv_sec = clock_now;
-    result->tv_usec = 0;
-    return 0;
-}
 
 namespace {
 

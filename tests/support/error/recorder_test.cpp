@@ -3,34 +3,13 @@
 #include "support/error.h"
 #include "support/error/recorder_state.h"
 #include "tests/harness/capture.h"
+#include "tests/harness/set_clock.h"
 #include "tests/support/error/facility_test.h"
 
 #include <cstdlib>
 #include <ctime>
 #include <limits>
 #include <string>
-#include <sys/time.h>
-
-namespace {
-
-std::time_t clock_now = 1'000'000'000;
-
-} // namespace
-
-extern "C" std::time_t time(std::time_t *result) noexcept
-{
-    if (result != nullptr) {
-        *result = clock_now;
-    }
-    return clock_now;
-}
-
-extern "C" int gettimeofday(timeval *__restrict result, void *__restrict) noexcept
-{
-    result->tv_sec = clock_now;
-    result->tv_usec = 999999;
-    return 0;
-}
 
 namespace {
 
@@ -45,6 +24,7 @@ protected:
     Recorder()
     {
         clock_now = 1'000'000'000;
+        clock_microseconds = 999999; // whole seconds are read, not rounded ones
         recorder = {0.0, 0};
     }
 };
