@@ -48,6 +48,9 @@ void send_text(request_sender &sender, std::string_view text, bool more)
     std::uint32_t deadline = silence_deadline();
     while (!text.empty() && sender.result == wait_result::ready) {
         const ssize_t sent = send_piece(sender.socket, text.data(), text.size(), more);
+        if (sent == static_cast<ssize_t>(text.size())) {
+            return;
+        }
         if (sent >= 0) {
             text.remove_prefix(static_cast<std::size_t>(sent));
             deadline = silence_deadline();

@@ -24,9 +24,44 @@ const char *month_name(std::int32_t month)
 }
 
 /// Takes the low 32 bits.
-std::int32_t wrapped(std::int64_t value)
+template <typename integer> std::int32_t wrapped(integer value)
 {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
+}
+
+struct date {
+    std::int32_t year, month, day;
+};
+
+// Both formulas in either of two kinds of integer, whose divisions truncate toward zero: 64 bits
+// hold every intermediate value of every argument; 32 bits without a sign are faster and hold those
+// of the dates in use, of which only the last sums may pass below zero, to be wrapped back.
+constexpr std::int32_t usual_years = 1000000;
+constexpr std::int32_t usual_days = 365000000;
+
+template <typename integer>
+std::int32_t day_number_of(std::int32_t year_number, std::int32_t month_number,
+                           std::int32_t day_number)
+{
+    const auto year = static_cast<integer>(year_number);
+    const auto month = static_cast<integer>(month_number);
+    const integer a = (14 - month) / 12;
+    const integer y = year - a;
+    return wrapped(1461 * (y + 4800) / 4 + 367 * (month + 12 * a - 2) / 12 -
+                   3 * ((y + 4900) / 100) / 4 + static_cast<integer>(day_number) - 32075);
+}
+
+template <typename integer> date date_of(std::int32_t day_number)
+{
+    integer l = static_cast<integer>(day_number) + 68569;
+    const integer k = 4 * l / 146097;
+    l -= (146097 * k + 3) / 4;
+    const integer i = 4000 * (l + 1) / 1461001;
+    l = l - 1461 * i / 4 + 31;
+    const integer j = 80 * l / 2447;
+    const integer day = l - 2447 * j / 80;
+    l = j / 11;
+    return {wrapped(100 * (k - 49) + i + l), wrapped(j + 2 - 12 * l), wrapped(day)};
 }
 
 } // namespace
@@ -47,29 +82,22 @@ int month_from_name(char *text)
     return 0;
 }
 
-// The divisions of both formulas truncate toward zero; 64 bits hold every intermediate value.
-
 std::int32_t day_number_from_date(std::int32_t year, std::int32_t month, std::int32_t day)
 {
-    const std::int64_t a = (std::int64_t{14} - month) / 12;
-    const std::int64_t y = year - a;
-    return wrapped(1461 * (y + 4800) / 4 + 367 * (month + 12 * a - 2) / 12 -
-                   3 * ((y + 4900) / 100) / 4 + day - 32075);
+    const bool is_usual = year > 0 && year < usual_years && month >= 1 && month <= 12;
+    return is_usual ? day_number_of<std::uint32_t>(year, month, day)
+                    : day_number_of<std::int64_t>(year, month, day);
 }
 
 void date_from_day_number(std::int32_t day_number, std::int32_t *year, std::int32_t *month,
                           std::int32_t *day)
 {
-    std::int64_t l = std::int64_t{day_number} + 68569;
-    const std::int64_t k = 4 * l / 146097;
-    l -= (146097 * k + 3) / 4;
-    const std::int64_t i = 4000 * (l + 1) / 1461001;
-    l = l - 1461 * i / 4 + 31;
-    const std::int64_t j = 80 * l / 2447;
-    *day = wrapped(l - 2447 * j / 80);
-    l = j / 11;
-    *month = wrapped(j + 2 - 12 * l);
-    *year = wrapped(100 * (k - 49) + i + l);
+    const date found = day_number >= 0 && day_number < usual_days
+                           ? date_of<std::uint32_t>(day_number)
+                           : date_of<std::int64_t>(day_number);
+    *year = found.year;
+    *month = found.month;
+    *day = found.day;
 }
 
 char *format_date_long(std::int32_t day_number, char *buffer)

@@ -1,8 +1,8 @@
 #include "support/options.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "support/options/diagnostics.h"
 #include "support/options/long_names.h"
@@ -85,10 +85,11 @@ bool is_operand(const char *element, bool long_only)
 /// Moves the option at \p element, of one element or two, in front of \p skipped operands.
 void move_in_front(char **element, int used_elements, std::int32_t skipped)
 {
-    char *const option[2] = {element[0], used_elements > 1 ? element[1] : nullptr};
-    char **const start = element - skipped;
-    std::copy_backward(start, element, element + used_elements);
-    std::copy(option, option + used_elements, start);
+    for (int used = 0; used < used_elements; ++used, ++element) {
+        for (char **place = element; place > element - skipped; --place) {
+            std::swap(place[0], place[-1]);
+        }
+    }
 }
 
 bool is_two_dashes(const char *element)
