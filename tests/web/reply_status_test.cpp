@@ -1,9 +1,8 @@
 #include "web/reply_status.h"
 
+#include "tests/web/reply_status_model.h"
 #include "web/web_error.h"
 
-#include <cstdio>
-#include <cstring>
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
@@ -19,39 +18,6 @@ std::string verdict(const std::string &header)
     const std::string text = web_last_error();
     EXPECT_EQ(result, text == "(accepted)" ? 0 : -1) << header;
     return text;
-}
-
-std::string bad_status(const std::string &status_and_reason)
-{
-    const std::size_t blank = status_and_reason.find(' ');
-    return "Bad HTTP status " + status_and_reason.substr(0, blank) +
-           " from web site: " + status_and_reason.substr(blank + 1);
-}
-
-std::string unparsable(const std::string &remainder)
-{
-    return "Invalid HTTP return status (can't parse header HTTP/" + remainder + ")";
-}
-
-/// What the C library's scanner makes of the same words.
-std::string scanned_verdict(const std::string &header)
-{
-    const char *const found = std::strstr(header.c_str(), "HTTP/");
-    if (found == nullptr) {
-        return "Invalid non-HTTP header string returned from web site";
-    }
-    const char *const remainder = found + 5;
-    int major = 0;
-    int minor = 0;
-    int status = 0;
-    char reason[128] = "";
-    if (std::sscanf(remainder, "%d.%d %d %127[^\r\n]", &major, &minor, &status, reason) < 4) {
-        return unparsable(remainder);
-    }
-    if (status < 200 || status > 299) {
-        return bad_status(std::to_string(status) + " " + reason);
-    }
-    return "(accepted)";
 }
 
 } // namespace

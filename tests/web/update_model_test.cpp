@@ -3,78 +3,16 @@
 #include "tests/support/c-utils/exact_buffer.h"
 #include "tests/web/fake_network.h"
 #include "tests/web/update_call.h"
+#include "tests/web/update_model.h"
 #include "web/web.h"
 
 #include <cstddef>
-#include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 namespace {
-
-/// Reads a body byte by byte: a name, a byte that is skipped, a value, and so on. The message is a
-/// value that no line feed ends.
-class ReplyModel {
-public:
-    explicit ReplyModel(const std::string &body)
-    {
-        for (const char byte : body) {
-            take(byte);
-        }
-    }
-
-    bool has_message() const
-    {
-        return name_ == "Message" && state_ != InName;
-    }
-
-    /// What a destination of \p capacity bytes holds, if it is written at all.
-    std::optional<std::string> stored(const std::string &name, int capacity) const
-    {
-        const auto field = fields_.find(name);
-        if (field == fields_.end()) {
-            return name == "Message" && has_message() ? kept(value_, capacity) : std::nullopt;
-        }
-        return kept(field->second, capacity);
-    }
-
-private:
-    enum State { InName, BehindColon, InValue };
-
-    static std::optional<std::string> kept(const std::string &value, int capacity)
-    {
-        if (capacity < 1) {
-            return std::nullopt;
-        }
-        return value.substr(0, static_cast<std::size_t>(capacity - 1));
-    }
-
-    void take(char byte)
-    {
-        if (state_ == BehindColon) {
-            state_ = InValue;
-        } else if (state_ == InName && byte == ':') {
-            state_ = BehindColon;
-        } else if (state_ == InName) {
-            name_ += byte;
-        } else if (byte == '\n' && name_ != "Message") {
-            fields_[name_] = value_;
-            name_.clear();
-            value_.clear();
-            state_ = InName;
-        } else {
-            value_ += byte;
-        }
-    }
-
-    State state_ = InName;
-    std::string name_;
-    std::string value_;
-    std::map<std::string, std::string> fields_;
-};
 
 /// Bodies of names, colons, line ends and letters, in a few pieces, some with a NUL.
 class RandomReplies {
@@ -119,7 +57,7 @@ private:
     RandomTexts random_;
 };
 
-class UpdateReplyModel : public FakeNetworkTest {
+class UpdateReplies : public FakeNetworkTest {
 protected:
     static void expect_as_model(const std::vector<std::string> &pieces, const UpdateQuery &query)
     {
@@ -131,7 +69,7 @@ protected:
             body += piece.c_str(); // what stands behind a NUL in a piece is lost
         }
         network.events.push_back(peer_closes());
-        const ReplyModel model(body);
+        const UpdateReplyModel model(body);
         const UpdateOutcome outcome = ask(query);
         SCOPED_TRACE(testing::PrintToString(body));
         EXPECT_EQ(outcome.result, model.has_message() ? 0 : -1);
@@ -145,7 +83,7 @@ protected:
 
 } // namespace
 
-TEST_F(UpdateReplyModel, AgreesOnRandomReplies)
+TEST_F(UpdateReplies, AgreesOnRandomReplies)
 {
     constexpr int rounds = 20000;
     RandomReplies replies(20260);
@@ -160,14 +98,14 @@ TEST_F(UpdateReplyModel, AgreesOnRandomReplies)
         for (const std::string &piece : pieces) {
             body += piece.c_str();
         }
-        with_message += ReplyModel(body).has_message() ? 1 : 0;
+        with_message += UpdateReplyModel(body).has_message() ? 1 : 0;
     }
     // Otherwise the replies would show little.
     EXPECT_GT(with_message, rounds / 10);
     EXPECT_LT(with_message, rounds * 9 / 10);
 }
 
-TEST_F(UpdateReplyModel, AgreesOnEveryBeginningOfAReply)
+TEST_F(UpdateReplies, AgreesOnEveryBeginningOfAReply)
 {
     const std::string reply =
         "Version: 5\r\nURL:u\n\nButton: b\nButton:\nSize: 3\nMessage: a\nb: c\n";

@@ -1,31 +1,13 @@
 #include "support/c-utils/replace.h"
 
 #include "tests/support/c-utils/exact_buffer.h"
+#include "tests/support/c-utils/text_models.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>
 #include <string>
 
 namespace {
-
-/// A whole result and the rest behind the last occurrence.
-struct Replaced {
-    std::string text;
-    std::size_t rest;
-};
-
-/// Cuts the source at the pattern from the left and joins the pieces.
-Replaced plain_replacement(const std::string &pattern, const std::string &replacement,
-                           std::string source)
-{
-    std::string text;
-    for (std::size_t at = source.find(pattern); at != std::string::npos;
-         at = source.find(pattern)) {
-        text += source.substr(0, at) + replacement;
-        source = source.substr(at + pattern.size());
-    }
-    return {text + source, text.size()};
-}
 
 /// Replaces into a destination that has just the room for the expected text.
 void expect_replaced(const std::string &pattern, const std::string &replacement,

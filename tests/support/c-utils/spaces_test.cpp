@@ -1,12 +1,10 @@
 #include "support/c-utils/spaces.h"
 
 #include "tests/support/c-utils/exact_buffer.h"
+#include "tests/support/c-utils/text_models.h"
 
-#include <algorithm>
-#include <cstddef>
 #include <gtest/gtest.h>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -35,50 +33,6 @@ void expect_normalized(const std::string &text, const std::string &expected)
     EXPECT_EQ(normalize_spaces_in_place(buffer.data()), buffer.data());
     EXPECT_EQ(buffer.text(), expected) << '"' << text << '"';
     EXPECT_TRUE(buffer.intact()) << '"' << text << '"';
-}
-
-/// A text as its words and the length of the run of blanks in front of each; the last run, which
-/// may be empty, stands before an empty word.
-struct Piece {
-    std::size_t blanks;
-    std::string word;
-};
-
-std::vector<Piece> pieces_of(std::string text, const std::string &blanks)
-{
-    std::vector<Piece> pieces;
-    do {
-        const std::size_t start = std::min(text.find_first_not_of(blanks), text.size());
-        const std::size_t end = std::min(text.find_first_of(blanks, start), text.size());
-        pieces.push_back({start, text.substr(start, end - start)});
-        text.erase(0, end);
-    } while (!pieces.back().word.empty());
-    return pieces;
-}
-
-std::string plainly_collapsed(const std::string &text)
-{
-    std::string result;
-    for (const Piece &piece : pieces_of(text, " ")) {
-        const bool gap = piece.blanks > 0 && !result.empty();
-        result += (gap ? " " : "") + piece.word;
-    }
-    return result;
-}
-
-std::string plainly_normalized(const std::string &text)
-{
-    std::string result;
-    for (const Piece &piece : pieces_of(text, " \t\n\v\f\r")) {
-        std::size_t gap = piece.blanks;
-        if (result.empty()) {
-            gap = 0;
-        } else if (gap > 1) {
-            gap = result.back() == '.' ? 2 : 1;
-        }
-        result += std::string(gap, ' ') + piece.word;
-    }
-    return result;
 }
 
 TEST(CollapseSpaces, MakesOneSpaceOfARunAndDropsLeadingOnes)

@@ -4,6 +4,7 @@
 #include "support/error/allocation.h"
 #include "tests/support/c-utils/exact_buffer.h"
 #include "tests/support/c-utils/latin1_locale.h"
+#include "tests/support/c-utils/text_models.h"
 
 #include <cstddef>
 #include <functional>
@@ -15,69 +16,10 @@
 
 namespace {
 
-const std::string lower_letters = "abcdefghijklmnopqrstuvwxyz";
-const std::string upper_letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
-const std::string digits = "0123456789";
-
 char *lower(const char *source, char *destination)
 {
     string_to_lower(source, destination);
     return destination;
-}
-
-// The models: plain texts, one step after the other.
-
-std::string replaced(std::string text, const std::string &from, const std::string &to)
-{
-    for (char &c : text) {
-        const std::size_t at = from.find(c);
-        c = at == std::string::npos ? c : to[at];
-    }
-    return text;
-}
-
-std::string without(std::string text, const std::string &dropped)
-{
-    for (std::size_t at; (at = text.find_first_of(dropped)) != std::string::npos;) {
-        text.erase(at, 1);
-    }
-    return text;
-}
-
-std::string plainly_camel_cased(const std::string &text)
-{
-    std::vector<std::string> words(1);
-    for (const char c : text) {
-        if (c == '_') {
-            words.emplace_back();
-        } else {
-            words.back() += c;
-        }
-    }
-    std::string result;
-    for (const std::string &word : words) {
-        result += replaced(word.substr(0, 1), lower_letters, upper_letters);
-        result += word.empty() ? "" : word.substr(1);
-    }
-    return result;
-}
-
-std::string plainly_doubled(const std::string &text)
-{
-    std::string result = text;
-    for (std::size_t at = 0; (at = result.find('%', at)) != std::string::npos; at += 2) {
-        result.insert(at, "%");
-    }
-    return result;
-}
-
-std::string identifier_part(std::string text)
-{
-    const std::string kept = lower_letters + upper_letters + digits + "_";
-    for (std::size_t at; (at = text.find_first_not_of(kept)) != std::string::npos;) {
-        text.erase(at, 1);
-    }
-    return text;
 }
 
 struct Example {
@@ -101,7 +43,7 @@ void PrintTo(const Transform &transform, std::ostream *out)
 const Transform transforms[] = {
     {"string_to_lower",
      lower,
-     [](const std::string &t) { return replaced(t, upper_letters, lower_letters); },
+     plainly_lowered,
      {{"", ""},
       {"MixedCASE_09", "mixedcase_09"},
       {"[@`{AZaz", "[@`{azaz"},
@@ -109,7 +51,7 @@ const Transform transforms[] = {
      true},
     {"string_to_upper",
      string_to_upper,
-     [](const std::string &t) { return replaced(t, lower_letters, upper_letters); },
+     plainly_raised,
      {{"", ""},
       {"MixedCASE_09", "MIXEDCASE_09"},
       {"[@`{AZaz", "[@`{AZAZ"},

@@ -2,9 +2,8 @@
 
 #include "tests/support/c-utils/exact_buffer.h"
 #include "tests/support/c-utils/latin1_locale.h"
+#include "tests/support/c-utils/text_models.h"
 
-#include <cstddef>
-#include <cstdio>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -12,17 +11,6 @@ namespace {
 
 const std::string plain_bytes = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789"
                                 "$-_.+!*(),";
-
-/// A byte as it stands in an encoded text.
-std::string plainly_encoded(char c)
-{
-    if (plain_bytes.find(c) != std::string::npos) {
-        return std::string(1, c);
-    }
-    char triple[4];
-    std::snprintf(triple, sizeof triple, "%%%02X", static_cast<unsigned>(c) & 0xffU);
-    return triple;
-}
 
 /// Encodes into a destination that has just the room for the expected text.
 void expect_encoded(const std::string &text, const std::string &expected)

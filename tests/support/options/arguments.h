@@ -1,54 +1,15 @@
 /// \file
-/// What the tests of the option parser share: argument vectors and a clean start of the state.
+/// What the tests of the option parser share: a clean start of the state and what a scan gives.
 #pragma once
 
 #include "support/options.h"
 #include "tests/harness/capture.h"
+#include "tests/support/options/argument_vector.h"
 
-#include <cstddef>
-#include <cstdint>
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <initializer_list>
 #include <string>
-#include <utility>
 #include <vector>
-
-/// The argument vector of a program, element 0 included; a null pointer stands at the count.
-class Arguments {
-public:
-    Arguments(std::initializer_list<std::string> elements)
-        : Arguments(std::vector<std::string>(elements))
-    {
-    }
-    explicit Arguments(std::vector<std::string> elements) : texts_(std::move(elements))
-    {
-        for (std::string &text : texts_) {
-            pointers_.push_back(text.data());
-        }
-        pointers_.push_back(nullptr);
-    }
-    Arguments(const Arguments &) = delete;
-    Arguments &operator=(const Arguments &) = delete;
-
-    int count() const
-    {
-        return static_cast<int>(texts_.size());
-    }
-    char **vector()
-    {
-        return pointers_.data();
-    }
-    /// The elements in the order that they have now.
-    std::vector<std::string> order() const
-    {
-        return {pointers_.begin(), pointers_.end() - 1};
-    }
-
-private:
-    std::vector<std::string> texts_;
-    std::vector<char *> pointers_;
-};
 
 /// Starts every test with the initial values and with no word from the environment on the mode.
 class OptionsTest : public testing::Test {
