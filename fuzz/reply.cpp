@@ -6,7 +6,6 @@
 #include "tests/web/reply_model.h"
 #include "web/web.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
