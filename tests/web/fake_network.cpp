@@ -173,7 +173,7 @@ int connect(int, const sockaddr *address, socklen_t size)
 ssize_t send(int, const void *bytes, size_t size, int flags)
 {
     static int interruptions = 0;
-    if (size > 0) {
+    if (size > 0 && network.keeps_records) {
         network.sends.push_back({{static_cast<const char *>(bytes), size}, flags});
     }
     if (network.send_error != 0) {
@@ -184,7 +184,7 @@ ssize_t send(int, const void *bytes, size_t size, int flags)
         return fails_with(EINTR);
     }
     interruptions = 0;
-    if (network.sends.size() == network.lost_send + 1) {
+    if (network.keeps_records && network.sends.size() == network.lost_send + 1) {
         return fails_with(ENOBUFS);
     }
     if (sending_is_shut_down()) {
@@ -204,7 +204,9 @@ int shutdown(int, int how) noexcept
 int select(int width, fd_set *reading, fd_set *, fd_set *, timeval *limit)
 {
     const std::int64_t microseconds = limit->tv_sec * 1000000LL + limit->tv_usec;
-    network.waits.push_back({width, microseconds, network.clock_ms});
+    if (network.keeps_records) {
+        network.waits.push_back({width, microseconds, network.clock_ms});
+    }
     if (silence_fills(microseconds / 1000)) {
         FD_ZERO(reading);
         return 0;
@@ -223,30 +225,46 @@ int select(int width, fd_set *reading, fd_set *, fd_set *, timeval *limit)
 
 ssize_t recv(int, void *buffer, size_t room, int flags)
 {
-    network.receives.push_back(room);
+    if (network.keeps_records) {
+        network.receives.push_back(room);
+    }
     if (is_next(NetworkEvent::Close)) {
         return 0; // and stays closed
     }
     if (is_next(NetworkEvent::ReceiveError)) {
         const int error_number = static_cast<int>(network.events.front().number);
         network.events.pop_front();
+        network.clock_ms += network.receive_error_ms;
         return fails_with(error_number);
     }
     if (!is_next(NetworkEvent::Data)) {
         network.received_without_data = true;
         return fails_with(ENOTCONN);
     }
-    std::string &bytes = network.events.front().bytes;
-    const std::size_t count = std::min({room, bytes.size(), network.receive_at_most});
-    std::memcpy(buffer, bytes.data(), count);
+    NetworkEvent &event = network.events.front();
+    const std::size_t left = event.bytes.size() - event.taken;
+    const std::size_t count = std::min({room, left, network.receive_at_most});
+    std::memcpy(buffer, event.bytes.data() + event.taken, count);
     if ((flags & MSG_PEEK) == 0) {
-        bytes.erase(0, count);
-        if (bytes.empty()) {
+        event.taken += count;
+        if (count == left) {
             network.events.pop_front();
         }
     }
     return static_cast<ssize_t>(count);
 }
+
+#ifdef __GLIBC__
+// What recv is called in a program that is compiled with _FORTIFY_SOURCE.
+ssize_t checked_recv(int descriptor, void *buffer, size_t room, size_t buffer_size,
+                     int flags) __asm__("__recv_chk");
+
+ssize_t checked_recv(int descriptor, void *buffer, size_t room, size_t buffer_size, int flags)
+{
+    EXPECT_LE(room, buffer_size);
+    return recv(descriptor, buffer, room, flags);
+}
+#endif
 
 int gettimeofday(timeval *now, void *) noexcept
 {

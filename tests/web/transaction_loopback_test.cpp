@@ -1,7 +1,6 @@
 /// \file
-/// Transactions with a server on the loopback interface: whole exchanges, and servers that close,
-/// reset, pause and trickle.
-#include "tests/harness/capture.h"
+/// Transactions with a server on the loopback interface: whole exchanges, servers that pause and
+/// trickle, and ports that refuse.
 #include "tests/harness/scripted_server.h"
 #include "tests/web/web_call.h"
 #include "web/web.h"
@@ -9,7 +8,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <gtest/gtest.h>
@@ -43,11 +41,6 @@ WebOutcome get_from(const ScriptedServer &server)
     WebCall call;
     call.port = server.port();
     return run(call);
-}
-
-std::string reset_text()
-{
-    return "Error receiving data from web site: " + code_text(ECONNRESET);
 }
 
 std::string bytes_without_nul(std::size_t size)
@@ -211,49 +204,6 @@ TEST_F(WebClient, GetsAHeaderLineOf64Kilobytes)
     EXPECT_EQ(outcome.body, "abc");
 }
 
-TEST_F(WebClient, TakesAReplyThatClosesAnywhere)
-{
-    for (std::size_t size = 0; size <= short_reply.size(); ++size) {
-        ScriptedServer server({collect_request(), send_bytes(short_reply.substr(0, size))});
-        const WebOutcome outcome = get_from(server);
-        const std::size_t header_size = std::min(size, short_header.size());
-        EXPECT_EQ(outcome.result, 0) << size;
-        EXPECT_EQ(outcome.header, short_reply.substr(0, header_size)) << size;
-        EXPECT_EQ(outcome.body,
-                  size > short_header.size()
-                      ? short_reply.substr(short_header.size() + 1, size - short_header.size() - 1)
-                      : "");
-        EXPECT_EQ(outcome.error, "earlier");
-    }
-}
-
-// Deliberate: a header that broke off is a header all the same, and the body decides.
-TEST_F(WebClient, TakesAReplyThatIsResetInItsHeader)
-{
-    for (const std::size_t size : {0u, 1u, 10u, 16u, 17u, 22u, 23u, 24u}) {
-        ScriptedServer server({collect_request(), send_bytes(short_reply.substr(0, size)),
-                               pause_for(50), reset_connection()});
-        const WebOutcome outcome = get_from(server);
-        EXPECT_EQ(outcome.result, 0) << size;
-        EXPECT_EQ(outcome.header, short_reply.substr(0, size));
-        EXPECT_EQ(outcome.body, "");
-        EXPECT_EQ(outcome.error, reset_text());
-    }
-}
-
-TEST_F(WebClient, FailsWhenAReplyIsResetInItsBody)
-{
-    for (const std::size_t size : {25u, 26u, 28u}) {
-        ScriptedServer server({collect_request(), send_bytes(short_reply.substr(0, size)),
-                               pause_for(50), reset_connection()});
-        const WebOutcome outcome = get_from(server);
-        EXPECT_EQ(outcome.result, -1) << size;
-        EXPECT_EQ(outcome.header, short_header);
-        EXPECT_FALSE(outcome.body.has_value());
-        EXPECT_EQ(outcome.error, reset_text());
-    }
-}
-
 TEST_F(WebClient, SaysThatAConnectionIsRefused)
 {
     const RefusingPort refusing;
@@ -274,25 +224,4 @@ TEST_F(WebClient, NamesTheServerWhenItsProxyRefuses)
     call.proxy_port = refusing.port();
     EXPECT_EQ(run(call).error,
               "Can't connect to web server 'web1.test': " + code_text(ECONNREFUSED));
-}
-
-TEST_F(WebClient, OutlivesAPeerThatGoesBeforeALargePostIsSent)
-{
-    for (const ScriptStep &end : {close_connection(), reset_connection()}) {
-        ScriptedServer server({end});
-        const std::uint16_t port = server.port();
-        const ChildResult child = run_in_child([port] {
-            std::signal(SIGPIPE, SIG_DFL);
-            const std::string body(20000000, 'x');
-            WebCall call;
-            call.port = port;
-            call.method = "POST";
-            call.body = body;
-            for (int round = 0; round < 20; ++round) {
-                run(call);
-            }
-        });
-        EXPECT_EQ(child.signal, 0);
-        EXPECT_EQ(child.exit_status, 0);
-    }
 }

@@ -312,7 +312,8 @@ TEST_F(TransactionFailure, NamesTheHostWhenTheProxyIsNotFound)
 
 TEST_F(TransactionFailure, SaysWhyItCannotConnect)
 {
-    for (const int error_number : {ECONNREFUSED, ETIMEDOUT, ENETUNREACH, EHOSTUNREACH}) {
+    // A signal ends the connecting too.
+    for (const int error_number : {ECONNREFUSED, ETIMEDOUT, ENETUNREACH, EHOSTUNREACH, EINTR}) {
         network.connect_error = error_number;
         WebCall call;
         call.host = "web1.test";
