@@ -27,5 +27,6 @@ std::uint32_t silence_deadline();
 
 /// Whether the millisecond counter has reached \p deadline. Deliberately the two are compared as
 /// signed numbers, not by their difference: where the counter passes from its greatest to its least
-/// value, a deadline behind that passage has passed at once.
+/// value, a deadline behind that passage has passed at once, and one that was due just before it
+/// and not looked at in time has not.
 bool deadline_passed(std::uint32_t deadline);

@@ -203,11 +203,11 @@ int shutdown(int, int how) noexcept
 
 int select(int width, fd_set *reading, fd_set *, fd_set *, timeval *limit)
 {
-    const std::int64_t microseconds = limit->tv_sec * 1000000LL + limit->tv_usec;
     if (network.keeps_records) {
+        const std::int64_t microseconds = limit->tv_sec * 1000000LL + limit->tv_usec;
         network.waits.push_back({width, microseconds, network.clock_ms});
     }
-    if (silence_fills(microseconds / 1000)) {
+    if (silence_fills(limit->tv_sec * 1000LL + limit->tv_usec / 1000)) {
         FD_ZERO(reading);
         return 0;
     }
@@ -268,8 +268,15 @@ ssize_t checked_recv(int descriptor, void *buffer, size_t room, size_t buffer_si
 
 int gettimeofday(timeval *now, void *) noexcept
 {
-    now->tv_sec = static_cast<decltype(now->tv_sec)>(network.clock_ms / 1000);
-    now->tv_usec = static_cast<decltype(now->tv_usec)>(network.clock_ms % 1000 * 1000);
+    // Divided only where it has moved: 64 bits take long on a machine of 32.
+    static std::int64_t divided_ms = -1;
+    static timeval divided = {};
+    if (divided_ms != network.clock_ms) {
+        divided_ms = network.clock_ms;
+        divided.tv_sec = static_cast<decltype(divided.tv_sec)>(divided_ms / 1000);
+        divided.tv_usec = static_cast<decltype(divided.tv_usec)>(divided_ms % 1000 * 1000);
+    }
+    *now = divided;
     return 0;
 }
 }

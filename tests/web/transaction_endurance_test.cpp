@@ -14,9 +14,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <gtest/gtest.h>
+#include <new>
 #include <pthread.h>
 #include <string>
 #include <string_view>
+#include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
 
@@ -208,26 +210,56 @@ TEST(WebEndurance, OutlivesAThousandPeersThatGoWhileALargePostIsSent)
         for (const ScriptStep &end : {close_connection(), reset_connection()}) {
             ScriptedServer server({collect_bytes(bytes_read), end});
             const std::uint16_t port = server.port();
-            const ChildResult child = run_in_child([port, rounds] {
-                std::signal(SIGPIPE, SIG_DFL);
-                const std::string body(20000000, 'x'); // more than the system holds back
-                WebCall call;
-                call.port = port;
-                call.method = "POST";
-                call.body = body;
-                for (std::size_t round = 0; round < rounds; ++round) {
-                    set_web_error("earlier");
-                    const WebOutcome outcome = run(call);
-                    if (!is_of_a_lost_connection(outcome)) {
-                        fail_in_child("another outcome", round, outcome);
+            const ChildResult child = run_in_child(
+                [port, rounds] {
+                    std::signal(SIGPIPE, SIG_DFL);
+                    const std::string body(20000000, 'x'); // more than the system holds back
+                    WebCall call;
+                    call.port = port;
+                    call.method = "POST";
+                    call.body = body;
+                    for (std::size_t round = 0; round < rounds; ++round) {
+                        set_web_error("earlier");
+                        const WebOutcome outcome = run(call);
+                        if (!is_of_a_lost_connection(outcome)) {
+                            fail_in_child("another outcome", round, outcome);
+                        }
                     }
-                }
-            });
+                },
+                100);
             EXPECT_EQ(child.signal, 0);
             EXPECT_EQ(child.exit_status, 0);
             EXPECT_EQ(child.out, "");
         }
     }
+}
+
+TEST(WebEndurance, EndsAnEndlessReplyWhereTheMemoryEnds)
+{
+    if (repetitions(1, 0) == 0) {
+        GTEST_SKIP() << "the tool that watches the memory needs more of it";
+    }
+    const std::string piece(65536, 'x');
+    ScriptedServer server(
+        {collect_request(), send_bytes("A\n\n"), [&piece](ScriptedConnection &connection) {
+             while (connection.send(piece)) {
+             }
+             return true;
+         }});
+    WebCall call;
+    call.port = server.port();
+    const ChildResult child = run_in_child([&call] {
+        const rlimit limit = {256u << 20, 256u << 20};
+        setrlimit(RLIMIT_AS, &limit);
+        const std::size_t descriptors = open_descriptor_count();
+        try {
+            run(call);
+        } catch (const std::bad_alloc &) {
+            std::fputs(open_descriptor_count() == descriptors ? "closed" : "open", stdout);
+        }
+    });
+    EXPECT_EQ(child.signal, 0);
+    EXPECT_EQ(child.out, "closed");
 }
 
 TEST(WebEndurance, LosesNothingThroughTenThousandSignals)

@@ -225,6 +225,24 @@ TEST_F(WebFault, CancelFromASignalHandlerStopsASilentReplyAnywhere)
     }
 }
 
+// What a caller does who gives the whole transaction a time: one signal may come just before a
+// wait, where nothing looks at the request any more, but not all of them.
+TEST_F(WebFault, TimerThatKeepsAskingToCancelStopsATrickle)
+{
+    for (const bool in_body : {false, true}) {
+        prepare();
+        const std::string begin = in_body ? "A\n\n" : "A\n";
+        const ScriptedServer server(
+            {collect_request(), send_bytes(begin), send_one_by_one(std::string(100000, 'x'), 5)});
+        const SignalTimer timer([](int) { web_cancel_requested = 1; }, 100, 20);
+        const WebOutcome outcome = run_soon({}, server.port());
+        EXPECT_EQ(outcome.result, 2);
+        EXPECT_EQ(outcome.header.has_value(), in_body);
+        EXPECT_FALSE(outcome.body.has_value());
+        EXPECT_EQ(outcome.error, "User canceled web transaction");
+    }
+}
+
 TEST_F(WebFault, SilenceOfAServerThatNeverAcceptsTimesOut)
 {
     const std::string body(1000, 'x');
