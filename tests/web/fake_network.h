@@ -1,8 +1,8 @@
 /// \file
 /// The system's network and clock replaced by a script: in a program with this file, the library's
 /// calls of gethostbyname, socket, connect, send, shutdown, select, recv and gettimeofday come
-/// here. Time passes only within select, and sends and receives that fail, so that a time-out of ten
-/// seconds takes none.
+/// here. Time passes only within select, and sends and receives that fail, so that a time-out of
+/// ten seconds takes none.
 #pragma once
 
 #include <cstddef>
@@ -50,7 +50,7 @@ struct FakeNetwork {
     std::size_t send_at_most = SIZE_MAX;
     std::size_t lost_send = SIZE_MAX; ///< the number of the one send that fails with ENOBUFS
     std::size_t receive_at_most = SIZE_MAX;
-    int receive_error_ms = 0; ///< that every failing recv takes
+    int receive_error_ms = 0;  ///< that every failing recv takes
     bool keeps_records = true; ///< of each send, wait and receive; too many of them take too much
     std::int64_t clock_ms = 0; ///< since 1970
 
