@@ -8,6 +8,7 @@
 #include "support/options.h"
 #include "tool/option_table.h"
 #include "tool/output.h"
+#include "tool/password.h"
 
 namespace {
 
@@ -149,15 +150,9 @@ bool check_places(const command_line &line, const given_options &given)
     return true;
 }
 
-} // namespace
-
-bool read_command_line(int count, char **vector, command_line &line)
+/// The work of read_command_line(), which looks after \p given.
+bool read_given(int count, char **vector, command_line &line, given_options &given)
 {
-    line = {};
-    if (count == 0) {
-        return false; // a program that was started without even its name
-    }
-    given_options given = {};
     if (!read_options(count, vector, line, given)) {
         print_indented("Try 'corvella -help'.\n");
         return false;
@@ -170,6 +165,20 @@ bool read_command_line(int count, char **vector, command_line &line)
         return false;
     }
     return line.show_help || line.command == nullptr || check_places(line, given);
+}
+
+} // namespace
+
+bool read_command_line(int count, char **vector, command_line &line)
+{
+    line = {};
+    if (count == 0) {
+        return false; // a program that was started without even its name
+    }
+    given_options given = {};
+    const bool valid = read_given(count, vector, line, given);
+    wipe(given.password, sizeof given.password);
+    return valid;
 }
 
 void complain_of_usage(const std::string &complaint)

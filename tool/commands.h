@@ -1,12 +1,13 @@
 /// \file
-/// The program's commands. Each takes the command line and returns the exit status.
+/// The program's commands. Each takes the command line and returns the exit status; those that talk
+/// to the web wipe the password as soon as nothing needs it any more.
 #pragma once
 
 #include "tool/command_line.h"
 #include "tool/exit_status.h"
 
-exit_status get_command(const command_line &line);
-exit_status post_command(const command_line &line);
-exit_status update_command(const command_line &line);
-exit_status describe_command(const command_line &line);
-exit_status open_command(const command_line &line);
+exit_status get_command(command_line &line);
+exit_status post_command(command_line &line);
+exit_status update_command(command_line &line);
+exit_status describe_command(command_line &line);
+exit_status open_command(command_line &line);

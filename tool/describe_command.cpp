@@ -9,7 +9,7 @@ namespace {
 
 void say_fact(const char *name, const std::string &fact)
 {
-    say_result("describe", std::string(name) + ": " + fact);
+    say_named("describe", name, fact);
 }
 
 /// The command line with blanks between its arguments.
@@ -31,7 +31,7 @@ std::string own_command_line()
 
 } // namespace
 
-exit_status describe_command(const command_line &line)
+exit_status describe_command(command_line &line)
 {
     if (!line.operands.empty()) {
         complain_of_usage("describe takes no arguments.");

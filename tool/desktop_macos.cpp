@@ -1,11 +1,13 @@
+#include <string>
+
 #include "platform/platform.h"
-#include "support/error.h"
 #include "tool/desktop.h"
+#include "tool/output.h"
 
 exit_status open_on_desktop(const char *target)
 {
     if (open_document(target) != 0) {
-        report_message(9, "Open of %s failed.", target);
+        report_error("Open of " + std::string(target) + " failed.");
         return EXIT_FAILED;
     }
     return EXIT_DONE;

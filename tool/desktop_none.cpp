@@ -1,10 +1,12 @@
 // Systems other than Mac OS X have no service that this program could ask.
-#include "support/error.h"
+#include <string>
+
 #include "tool/desktop.h"
+#include "tool/output.h"
 
 exit_status open_on_desktop(const char *target)
 {
-    report_message(9, "Open of %s failed: this system has no service that opens documents.",
-                   target);
+    report_error("Open of " + std::string(target) +
+                 " failed: this system has no service that opens documents.");
     return EXIT_FAILED;
 }

@@ -5,6 +5,8 @@
 
 #include "support/c-utils.h"
 #include "support/error.h"
+#include "tool/output.h"
+#include "tool/password.h"
 
 namespace {
 
@@ -99,8 +101,9 @@ void begin_exchange()
     }
 }
 
-exit_status end_exchange(int result)
+exit_status end_exchange(int result, ProxySettings &settings)
 {
+    wipe(settings.password, sizeof settings.password);
     set_web_idle_callback(nullptr, nullptr);
     wipe_waiting();
     sigaction(SIGINT, &usual_action, nullptr);
@@ -108,7 +111,7 @@ exit_status end_exchange(int result)
     if (result != 0) {
         // Only the update query fails without a reason of the web client's.
         const char *const reason = web_last_error();
-        report_message(9, "%s", reason[0] != '\0' ? reason : "The reply has no message.");
+        report_error(reason[0] != '\0' ? reason : "The reply has no message.");
     }
     return status_of(result);
 }

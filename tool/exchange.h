@@ -22,7 +22,8 @@ proxy_arguments proxy_arguments_of(const ProxySettings &settings);
 /// program, and on a terminal a line on standard error tells how long the wait has been.
 void begin_exchange();
 
-/// Ends what begin_exchange() began: wipes the line, reports a failure.
+/// Ends what begin_exchange() began: wipes the line and the password, reports a failure.
 /// \param result what the web operation returned
+/// \param settings those of the exchange
 /// \return the exit status that says the same.
-exit_status end_exchange(int result);
+exit_status end_exchange(int result, ProxySettings &settings);

@@ -1,4 +1,5 @@
 // The program corvella: a thin caller of the support layer.
+#include <csignal>
 #include <cstring>
 #include <string>
 
@@ -10,7 +11,7 @@ namespace {
 
 struct command_entry {
     const char *name;
-    exit_status (*run)(const command_line &line);
+    exit_status (*run)(command_line &line);
 };
 
 constexpr command_entry commands[] = {
@@ -18,7 +19,7 @@ constexpr command_entry commands[] = {
     {"describe", describe_command}, {"open", open_command},
 };
 
-exit_status run_command(const command_line &line)
+exit_status run_command(command_line &line)
 {
     if (line.command == nullptr) {
         complain_of_usage("A command is needed.");
@@ -37,6 +38,7 @@ exit_status run_command(const command_line &line)
 
 int main(int count, char **vector)
 {
+    std::signal(SIGPIPE, SIG_IGN); // a reader that has gone is reported like any failed write
     command_line line;
     if (!read_command_line(count, vector, line)) {
         return EXIT_USAGE;

@@ -1,7 +1,7 @@
 #include "tool/commands.h"
 #include "tool/desktop.h"
 
-exit_status open_command(const command_line &line)
+exit_status open_command(command_line &line)
 {
     if (line.operands.size() != 1) {
         complain_of_usage("open takes one path or URL.");

@@ -1,10 +1,15 @@
 #include "tool/output.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <unistd.h>
+#include <vector>
 
+#include "support/c-utils.h"
 #include "support/error.h"
+#include "tool/printable.h"
 
 namespace {
 
@@ -16,20 +21,59 @@ void report_lost_output()
     report_message(9, "Write of standard output failed: %s", std::strerror(errno));
 }
 
+/// What a stream gets of a text that a server may have a part in.
+std::string text_for(int descriptor, const std::string &text)
+{
+    return isatty(descriptor) != 0 ? printable_text(text) : text;
+}
+
+/// One frame a message, and one line a frame.
+int frame_message(int level, const char *text)
+{
+    std::string line = text_for(STDOUT_FILENO, text);
+    line.erase(line.find_last_not_of('\n') + 1);
+    line_breaks_to_spaces(line.c_str(), line.data());
+    return test_message_hook(level, line.c_str());
+}
+
+/// The lines of a text without their ends; no line is empty.
+std::vector<std::string> lines_of(const std::string &text)
+{
+    std::vector<std::string> lines;
+    for (std::size_t at = 0; (at = text.find_first_not_of("\r\n", at)) != std::string::npos;) {
+        const std::size_t end = std::min(text.find_first_of("\r\n", at), text.size());
+        lines.push_back(text.substr(at, end - at));
+        at = end;
+    }
+    return lines;
+}
+
 } // namespace
 
 void say_result(const char *tag, const std::string &text)
 {
     if (output_is_framed) {
-        write_raw_message(text.c_str(), tag);
+        write_raw_message(text_for(STDOUT_FILENO, text).c_str(), tag);
     } else {
         set_print_stream(stdout);
-        print_indented("%s\n", text.c_str());
+        print_indented("%s\n", text_for(STDOUT_FILENO, text).c_str());
         set_print_stream(nullptr);
     }
     if (std::ferror(stdout) != 0 && !some_results_are_lost) {
         report_lost_output();
         some_results_are_lost = true;
+    }
+}
+
+void say_named(const char *tag, const char *name, const std::string &text)
+{
+    const std::string label = std::string(name) + ": ";
+    if (!output_is_framed) {
+        say_result(tag, label + text);
+        return;
+    }
+    for (const std::string &line : lines_of(text)) {
+        say_result(tag, label + line);
     }
 }
 
@@ -42,7 +86,7 @@ void frame_output()
 {
     output_is_framed = true;
     set_output_hook(test_output_hook);
-    set_message_hook(test_message_hook);
+    set_message_hook(frame_message);
 }
 
 bool write_standard_output(std::string_view bytes)
@@ -53,4 +97,15 @@ bool write_standard_output(std::string_view bytes)
     }
     report_lost_output();
     return false;
+}
+
+bool show_reply_text(std::string_view text)
+{
+    return isatty(STDOUT_FILENO) != 0 ? write_standard_output(printable_text(text))
+                                      : write_standard_output(text);
+}
+
+void report_error(const std::string &text)
+{
+    report_message(9, "%s", text_for(STDERR_FILENO, text).c_str());
 }

@@ -9,6 +9,10 @@
 /// newline is put behind it.
 void say_result(const char *tag, const std::string &text);
 
+/// Says a named text of a result. In an automated run each of its lines is one of say_result(), the
+/// name before it, so that no text can look like the end of its frame.
+void say_named(const char *tag, const char *name, const std::string &text);
+
 /// Whether a line of say_result() did not arrive; that was reported then.
 bool results_were_lost();
 
@@ -18,3 +22,11 @@ void frame_output();
 /// Writes bytes to standard output as they are.
 /// \return whether all arrived; if not, it is reported.
 bool write_standard_output(std::string_view bytes);
+
+/// Writes what a server sent to standard output: as it is, but to a terminal as printable_text().
+/// \return whether all arrived; if not, it is reported.
+bool show_reply_text(std::string_view text);
+
+/// Reports an error whose text is a server's, or holds a part that is: as printable_text() where
+/// standard error is a terminal.
+void report_error(const std::string &text);

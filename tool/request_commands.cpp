@@ -8,6 +8,7 @@
 #include "tool/exchange.h"
 #include "tool/output.h"
 #include "tool/output_file.h"
+#include "tool/url.h"
 #include "web/web.h"
 
 namespace {
@@ -21,18 +22,6 @@ struct named_value {
 void free_text(char **text)
 {
     std::free(*text);
-}
-
-/// Whether a URL can stand in a request line: blanks and control bytes would divide the line.
-bool is_sendable(const char *url)
-{
-    for (const char *c = url; *c != '\0'; ++c) {
-        const unsigned char byte = static_cast<unsigned char>(*c);
-        if (byte <= ' ' || byte == 0x7f) {
-            return false;
-        }
-    }
-    return url[0] != '\0';
 }
 
 /// \return false, after a complaint, when an argument has no "=".
@@ -53,15 +42,13 @@ bool read_fields(const command_line &line, std::vector<named_value> &fields)
 bool write_reply(const command_line &line, const char *header, const char *body)
 {
     // The header text ends before the line feed of its empty line.
-    if (line.show_header && (!write_standard_output(header) || !write_standard_output("\n"))) {
+    if (line.show_header && !show_reply_text(std::string(header) + "\n")) {
         return false;
     }
-    return line.output != nullptr ? write_output_file(line.output, body)
-                                  : write_standard_output(body);
+    return line.output != nullptr ? write_output_file(line.output, body) : show_reply_text(body);
 }
 
-exit_status exchange(const command_line &line, const char *method,
-                     const std::vector<FormField> &fields)
+exit_status exchange(command_line &line, const char *method, const std::vector<FormField> &fields)
 {
     char *header = nullptr;
     char *body = nullptr;
@@ -77,7 +64,7 @@ exit_status exchange(const command_line &line, const char *method,
     if (result == 0) {
         result = check_reply_status(header);
     }
-    const exit_status status = end_exchange(result);
+    const exit_status status = end_exchange(result, line.proxy);
     if (status != EXIT_DONE) {
         return status;
     }
@@ -90,8 +77,8 @@ bool has_url(const command_line &line)
         complain_of_usage(std::string(line.command) + " needs a URL.");
         return false;
     }
-    if (!is_sendable(line.operands[0])) {
-        complain_of_usage("A URL has no blanks and no control characters, and is not empty.");
+    if (const char *const complaint = complaint_of_url(line.operands[0])) {
+        complain_of_usage(complaint);
         return false;
     }
     return true;
@@ -99,7 +86,7 @@ bool has_url(const command_line &line)
 
 } // namespace
 
-exit_status get_command(const command_line &line)
+exit_status get_command(command_line &line)
 {
     if (!has_url(line)) {
         return EXIT_USAGE;
@@ -111,7 +98,7 @@ exit_status get_command(const command_line &line)
     return exchange(line, "GET", {});
 }
 
-exit_status post_command(const command_line &line)
+exit_status post_command(command_line &line)
 {
     std::vector<named_value> named_values;
     if (!has_url(line) || !read_fields(line, named_values)) {

@@ -4,7 +4,6 @@
 #include <sys/utsname.h>
 
 #include "support/c-utils.h"
-#include "support/error.h"
 #include "tool/commands.h"
 #include "tool/desktop.h"
 #include "tool/exchange.h"
@@ -81,7 +80,7 @@ void say_field(const char *name, const char *value)
     std::string text = value;
     text.erase(text.find_last_not_of("\r\n") + 1);
     if (!text.empty()) {
-        say_result("update", std::string(name) + ": " + text);
+        say_named("update", name, text);
     }
 }
 
@@ -94,11 +93,11 @@ bool is_web_address(const char *url)
 exit_status open_reply_url(const char *url)
 {
     if (url[0] == '\0') {
-        report_message(9, "The reply has no URL to open.");
+        report_error("The reply has no URL to open.");
         return EXIT_FAILED;
     }
     if (!is_web_address(url)) {
-        report_message(9, "The reply's URL is no web address: '%s'", url);
+        report_error(std::string("The reply's URL is no web address: '") + url + "'");
         return EXIT_FAILED;
     }
     return open_on_desktop(url);
@@ -112,7 +111,7 @@ void trim_url(char *url)
 
 } // namespace
 
-exit_status update_command(const command_line &line)
+exit_status update_command(command_line &line)
 {
     float version = 0.0f;
     if (!line.operands.empty()) {
@@ -124,7 +123,7 @@ exit_status update_command(const command_line &line)
     }
     static update_reply_texts reply; // too large for the stack of a small thread
     begin_exchange();
-    const exit_status status = end_exchange(query(line, version, reply));
+    const exit_status status = end_exchange(query(line, version, reply), line.proxy);
     if (status != EXIT_DONE) {
         return status;
     }

@@ -104,18 +104,64 @@ TEST(StandardOutput, ThatIsClosedSendsNothingToTheServer)
     EXPECT_EQ(request.find("\r\n\r\n") + 4, request.size()) << request;
 }
 
-TEST(StandardOutput, ThatNobodyReadsEndsTheProgramWithoutACrash)
+/// A pipe that nobody reads.
+class BrokenPipe {
+public:
+    BrokenPipe()
+    {
+        int ends[2] = {};
+        EXPECT_EQ(pipe(ends), 0);
+        close(ends[0]);
+        descriptor_ = ends[1];
+    }
+    BrokenPipe(const BrokenPipe &) = delete;
+    BrokenPipe &operator=(const BrokenPipe &) = delete;
+    ~BrokenPipe()
+    {
+        close(descriptor_);
+    }
+    int descriptor() const
+    {
+        return descriptor_;
+    }
+
+private:
+    int descriptor_;
+};
+
+TEST(StandardOutput, ThatNobodyReadsIsAFailure)
 {
-    int ends[2] = {};
-    ASSERT_EQ(pipe(ends), 0);
-    close(ends[0]);
+    const BrokenPipe pipe;
+    expect_failures_with_output_to(pipe.descriptor());
+}
+
+TEST(StandardOutput, ThatNobodyReadsIsNamedWithTheReason)
+{
+    const BrokenPipe pipe;
     ProgramOptions options;
-    options.out = ends[1];
-    ScriptedServer server(replying(good_reply(std::string(300'000, 'x'))));
-    const ProgramResult result = run_corvella({"get", url_of(server)}, options);
-    EXPECT_TRUE(result.signal == SIGPIPE || result.exit_status == 1)
-        << result.signal << " " << result.exit_status;
-    close(ends[1]);
+    options.out = pipe.descriptor();
+    const ProgramResult result = run_corvella({"describe"}, options);
+    EXPECT_TRUE(contains(result.err, "standard output")) << result.err;
+    EXPECT_TRUE(contains(result.err, "Broken pipe")) << result.err;
+}
+
+TEST(StandardError, ThatNobodyReadsDoesNotChangeTheExitStatus)
+{
+    const BrokenPipe pipe;
+    ProgramOptions options;
+    options.err = pipe.descriptor();
+    EXPECT_EQ(run_corvella({"get"}, options).exit_status, 2);
+}
+
+// A reader that takes the first line only, as "head -1" does.
+TEST(StandardOutput, WhoseReaderGoesAwayIsAFailure)
+{
+    ScriptedServer server(replying(good_reply(std::string(1'000'000, 'x'))));
+    const ProgramResult result =
+        run_program({"/bin/sh", "-c", "{ { \"$0\" get \"$1\"; echo $? >&2; } | head -c 1; } 2>&1",
+                     corvella_path(), url_of(server)});
+    EXPECT_TRUE(contains(result.out, "Broken pipe")) << result.out;
+    EXPECT_EQ(result.out.substr(result.out.size() - 2), "1\n") << result.out;
 }
 
 TEST(StandardError, ThatIsClosedOrFullDoesNotChangeTheExitStatus)

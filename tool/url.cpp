@@ -1,0 +1,81 @@
+#include "tool/url.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <strings.h>
+
+namespace {
+
+constexpr long greatest_port = 65535;
+
+/// What may follow the host and its port.
+constexpr char behind_host[] = "/?#";
+constexpr char host_characters[] =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-.";
+
+/// Blanks and control bytes would divide a request line.
+bool divides_a_line(char c)
+{
+    const unsigned char byte = static_cast<unsigned char>(c);
+    return byte <= ' ' || byte == 0x7f;
+}
+
+bool is_one_word(const char *url)
+{
+    const char *c = url;
+    while (*c != '\0' && !divides_a_line(*c)) {
+        ++c;
+    }
+    return *c == '\0' && c != url;
+}
+
+/// \return what is behind the protocol and its slashes; null for another protocol than HTTP. As the
+/// request does, takes a URL without a colon for one without a protocol.
+const char *behind_protocol(const char *url)
+{
+    if (std::strchr(url, ':') != nullptr) {
+        if (strncasecmp(url, "http:", 5) != 0) {
+            return nullptr;
+        }
+        url += 5;
+    }
+    return std::strncmp(url, "//", 2) == 0 ? url + 2 : url;
+}
+
+bool is_port(const std::string &text)
+{
+    constexpr std::size_t most_digits = 5;
+    if (text.size() > most_digits || text.find_first_not_of("0123456789") != std::string::npos) {
+        return false;
+    }
+    const long port = std::strtol(text.c_str(), nullptr, 10);
+    return port >= 1 && port <= greatest_port;
+}
+
+} // namespace
+
+const char *complaint_of_url(const char *url)
+{
+    if (!is_one_word(url)) {
+        return "A URL has no blanks and no control characters, and is not empty.";
+    }
+    const char *const host = behind_protocol(url);
+    if (host == nullptr) {
+        return nullptr;
+    }
+    const std::size_t host_length = std::strspn(host, host_characters);
+    const char *end = host + host_length;
+    if (*end == ':') {
+        const std::size_t port_length = std::strcspn(end + 1, behind_host);
+        if (!is_port({end + 1, port_length})) {
+            return "The port of a URL is a number from 1 to 65535.";
+        }
+        end += 1 + port_length;
+    }
+    // Anywhere else the request would end the host, and go to one that nobody meant.
+    if (host_length == 0 || std::strcspn(end, behind_host) != 0) {
+        return "The host of a URL is a name or an address of ASCII letters, digits, '-' and '.'.";
+    }
+    return nullptr;
+}
