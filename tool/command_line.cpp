@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <string>
+#include <unistd.h>
 
 #include "support/c-utils.h"
 #include "support/error.h"
@@ -9,6 +10,8 @@
 #include "tool/option_table.h"
 #include "tool/output.h"
 #include "tool/password.h"
+#include "tool/terminal.h"
+#include "tool/usage_text.h"
 
 namespace {
 
@@ -184,5 +187,5 @@ bool read_command_line(int count, char **vector, command_line &line)
 void complain_of_usage(const std::string &complaint)
 {
     report_message(9, "%s", complaint.c_str());
-    print_indented("%s", usage_text().c_str());
+    print_indented("%s", usage_text(terminal_columns(STDERR_FILENO)).c_str());
 }

@@ -2,10 +2,12 @@
 #include <csignal>
 #include <cstring>
 #include <string>
+#include <unistd.h>
 
 #include "tool/commands.h"
-#include "tool/option_table.h"
 #include "tool/output.h"
+#include "tool/terminal.h"
+#include "tool/usage_text.h"
 
 namespace {
 
@@ -44,7 +46,8 @@ int main(int count, char **vector)
         return EXIT_USAGE;
     }
     if (line.show_help) {
-        return write_standard_output(usage_text()) ? EXIT_DONE : EXIT_FAILED;
+        const std::string text = usage_text(terminal_columns(STDOUT_FILENO));
+        return write_standard_output(text) ? EXIT_DONE : EXIT_FAILED;
     }
     exit_status status = EXIT_DONE;
     if (line.show_version) {

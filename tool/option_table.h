@@ -1,11 +1,12 @@
 /// \file
-/// The options of the program: one table for the parser and the usage text.
+/// The commands, options and exit statuses of the program: one table each, for the parser, the
+/// usage text, the manual page and the completions of the shells.
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include "support/options.h"
+#include "tool/exit_status.h"
 
 /// What an option means; the code that the parser returns for it.
 enum option_meaning {
@@ -28,12 +29,54 @@ enum option_meaning {
     OPTION_OPEN,
 };
 
-/// \return the parser's table. "-version" asks for the program's own version, except where the
-/// command is `update`: there it takes the product's.
+struct program_command {
+    const char *name;
+    const char *arguments; ///< "" where it takes none
+    const char *description;
+};
+
+struct program_option {
+    const char *name;
+    const char *argument; ///< null where it takes none
+    option_meaning meaning;
+    const char *description;
+    const char *usage_line = nullptr; ///< for the usage text, where that is not composed of these
+};
+
+/// Options that go with the same commands.
+struct option_group {
+    const char *heading;
+    std::vector<const char *> commands; ///< none: all of them
+    const program_option *first;
+    const program_option *behind_last;
+};
+
+// For loops over the options of a group.
+inline const program_option *begin(const option_group &group)
+{
+    return group.first;
+}
+inline const program_option *end(const option_group &group)
+{
+    return group.behind_last;
+}
+
+struct exit_status_meaning {
+    exit_status status;
+    const char *meaning;
+};
+
+const std::vector<program_command> &program_commands();
+const std::vector<option_group> &option_groups();
+const std::vector<exit_status_meaning> &exit_status_meanings();
+
+/// \return the options that go with a command, or with no command where that is null. "-version"
+/// asks for the program's own version, except with `update`, which takes the product's.
+std::vector<program_option> options_of(const char *command);
+
+/// \return the parser's table, which has the options of all commands. \param updates whether the
+/// command is `update`.
 std::vector<long_option> parser_table(bool updates);
 
 /// \return the name of an option that does not go with \p command; null when it does.
 const char *misplaced_option(option_meaning meaning, const char *command);
-
-/// \return the whole usage text.
-std::string usage_text();

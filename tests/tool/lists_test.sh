@@ -1,0 +1,140 @@
+#!/usr/bin/env bash
+# The usage text, the parser, the manual page and the completions of bash and zsh know the same
+# commands, options and exit statuses.
+#   lists_test.sh PROGRAM LISTS_DIR SOURCE_DIR
+set -euo pipefail
+program=$1 lists=$2 sources=$3
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+
+fail() {
+    printf '%s\n' "$*"
+    exit 1
+}
+
+# expect_same WHAT FILE FILE: both have the same lines, in any order, and there are some.
+expect_same() {
+    [ -s "$2" ] || fail "$1: there are none"
+    diff <(sort -u "$2") <(sort -u "$3") || fail "$1 differ: $2 $3"
+}
+
+cd "$scratch"
+"$program" -help >help
+
+# The commands, one a line.
+awk '/^Commands:/ { on = 1; next } /^$/ { on = 0 } on { print $1 }' help >help.commands
+mapfile -t commands <help.commands
+
+# "COMMAND -option", as the headings of a usage text or a manual page tell. Reads lines "= heading"
+# and "-option".
+options_of_commands() {
+    awk -v all="${commands[*]}" '
+        /^= General options/ { count = split(all, names, " "); next }
+        /^= Options of / { sub(/^= Options of /, ""); gsub(/,| and/, ""); count = split($0, names, " ") }
+        /^-/ { for (i = 1; i <= count; ++i) print names[i], $1 }'
+}
+sed -nE 's/^(Options of .*|General options):$/= \1/p; s/^  (-[a-z-]+).*/\1/p' help |
+    options_of_commands >help.options
+
+# The manual page says the same, and is well-formed.
+sed -nE 's/^\.It Cm ([a-z]+).*/\1/p' "$lists/corvella.1" >manual.commands
+sed -nE 's/^\.Ss (Options of .*|General options)$/= \1/p; s/^\.It Fl ([a-z-]+).*/-\1/p' \
+    "$lists/corvella.1" | options_of_commands >manual.options
+expect_same commands help.commands manual.commands
+expect_same options help.options manual.options
+! grep -n '@' "$lists/corvella.1" || fail 'the manual page has a place that nothing was put into'
+mandoc -T lint -W warning "$lists/corvella.1" || fail 'the manual page is not well-formed'
+
+# The parser: it knows every option, and refuses those of other commands. What is given to each is no
+# URL of the web, so that nothing is requested.
+sed 's/.* //' help.options | sort -u >names
+for command in "${commands[@]}"; do
+    while read -r option; do
+        said=$("$program" "$command" "$option" 127.0.0.1:1 2>&1 || true)
+        case $said in
+        *'invalid option'* | *'is ambiguous'*) fail "the parser does not know $option" ;;
+        *'does not go with'*) ;;
+        *) echo "$command $option" ;;
+        esac
+    done <names
+done >parser.options
+expect_same options help.options parser.options
+
+# Bash, as it completes without a terminal.
+bash -c '
+    . "$1/bash/corvella"
+    completions() {
+        COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
+        _corvella
+        printf "%s\n" "${COMPREPLY[@]}"
+    }
+    completions corvella "" >bash.commands
+    while read -r command; do
+        completions corvella "$command" - | sed "s/^/$command /"
+    done <help.commands >bash.options
+    cd "$1"
+    while read -r words; do
+        echo "$words: $(completions corvella $words | xargs)"
+    done
+' bash "$lists" >bash.replies <<'WORDS'
+-output zsh/_c
+-output = zsh/_c
+open zsh/_c
+up
+-output = x de
+-proxy-user get po
+-proxy host : 80 get -out
+get -version-
+get -proxy h
+WORDS
+expect_same commands help.commands bash.commands
+expect_same options help.options bash.options
+diff bash.replies - <<'REPLIES' || fail 'bash completes something else'
+-output zsh/_c: zsh/_corvella
+-output = zsh/_c: zsh/_corvella
+open zsh/_c: zsh/_corvella
+up: update
+-output = x de: describe
+-proxy-user get po: post
+-proxy host : 80 get -out: -output
+get -version-: 
+get -proxy h: 
+REPLIES
+shellcheck "$lists/bash/corvella" || fail 'the completion of bash is not well-formed'
+
+# Zsh: that it finds the file, and what the file hands to the functions of the completion system.
+zsh -f -c '
+    fpath=($1/zsh $fpath)
+    autoload -Uz compinit
+    compinit -D -u
+    [[ $_comps[corvella] = _corvella ]] || exit 1
+    _arguments() {
+        print -rl -- ${${(M)@:#-[a-z]*\[*}/#/$command } >>zsh.specifications
+        state=${expected_state}
+        return 1
+    }
+    _describe() { print -rl -- ${(P)2} >zsh.described }
+    _files() { print files of $command >>zsh.files }
+    for command_word in ${(f)"$(<help.commands)"}; do
+        words=(corvella -proxy get $command_word "") CURRENT=5 expected_state=argument
+        _corvella
+    done
+    words=(corvella -proxy get "") CURRENT=4 expected_state=command
+    _corvella
+' zsh "$lists" || fail 'zsh does not find its completion'
+sed 's/:.*//' zsh.described >zsh.commands
+sed -nE 's/^([a-z]+ -[a-z-]+)\[.*/\1/p' zsh.specifications >zsh.options
+expect_same commands help.commands zsh.commands
+expect_same options help.options zsh.options
+grep -qx 'files of open' zsh.files || fail 'zsh completes no file to open'
+grep -q "^get -output\[.*:_files$" zsh.specifications || fail 'zsh completes no output file'
+
+# The exit statuses: those of the program's source, the usage text and the manual page.
+sed -nE 's/^ *EXIT_[A-Z_]+ = ([0-9]+),.*/\1/p' "$sources/tool/exit_status.h" >enum.statuses
+awk '/^Exit status:/ { on = 1; next } on && NF { status = $1; sub(/^ *[0-9]+[ \t]*/, ""); print status ": " $0 }' \
+    help >help.statuses
+awk '/^\.Sh / { on = /EXIT STATUS/ } on && /^\.It / { status = $2; getline; print status ": " $0 }' \
+    "$lists/corvella.1" >manual.statuses
+sed 's/:.*//' help.statuses >help.numbers
+expect_same 'exit statuses' enum.statuses help.numbers
+expect_same 'exit statuses' help.statuses manual.statuses

@@ -1,0 +1,7 @@
+/// \file
+/// The terminal that a person has in front.
+#pragma once
+
+/// \return how many characters a line has: as the environment's COLUMNS says, or the terminal at
+/// \p descriptor, or 79 where neither does.
+int terminal_columns(int descriptor);
