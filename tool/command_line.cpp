@@ -65,6 +65,10 @@ bool *place_of_switch(command_line &line, int code)
         return &line.show_header;
     case OPTION_AUTOMATED:
         return &line.automated;
+    case OPTION_QUIET:
+        return &line.quiet;
+    case OPTION_VERBOSE:
+        return &line.verbose;
     case OPTION_HELP:
         return &line.show_help;
     case OPTION_SHOW_VERSION:
@@ -165,6 +169,10 @@ bool read_given(int count, char **vector, command_line &line, given_options &giv
     }
     if (!take_proxy(line, given)) {
         complain_of_usage("-proxy takes host:port, with a port from 1 to 65535.");
+        return false;
+    }
+    if (line.quiet && line.verbose) {
+        complain_of_usage("-quiet and -verbose exclude each other.");
         return false;
     }
     return line.show_help || line.command == nullptr || check_places(line, given);

@@ -28,6 +28,8 @@ struct command_line {
     bool show_version;
     bool show_header;
     bool automated;
+    bool quiet;
+    bool verbose;
     const char *output; ///< a file's path, or null
     update_options update;
     ProxySettings proxy;

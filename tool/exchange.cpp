@@ -1,17 +1,13 @@
 #include "tool/exchange.h"
 
 #include <csignal>
-#include <unistd.h>
 
 #include "support/c-utils.h"
-#include "support/error.h"
 #include "tool/output.h"
 #include "tool/password.h"
+#include "tool/waiting_line.h"
 
 namespace {
-
-/// Seconds that the waiting line shows; 0 while there is none.
-int shown_seconds = 0;
 
 /// How the program takes SIGINT outside an exchange.
 struct sigaction usual_action = {};
@@ -33,23 +29,6 @@ void catch_interrupt()
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     sigemptyset(&action.sa_mask);
     sigaction(SIGINT, &action, nullptr);
-}
-
-void show_waiting(void *)
-{
-    const int seconds = static_cast<int>(elapsed_time());
-    if (seconds > shown_seconds) {
-        shown_seconds = seconds;
-        print_indented("\rWaiting for the web site: %d s", seconds);
-    }
-}
-
-void wipe_waiting()
-{
-    if (shown_seconds > 0) {
-        print_indented("\r%40s\r", "");
-        shown_seconds = 0;
-    }
 }
 
 const char *null_if_empty(const char *text)
@@ -92,20 +71,19 @@ proxy_arguments proxy_arguments_of(const ProxySettings &settings)
             null_if_empty(settings.user), null_if_empty(settings.password)};
 }
 
-void begin_exchange()
+void begin_exchange(const command_line &line)
 {
     catch_interrupt();
-    if (isatty(STDERR_FILENO) != 0) {
-        start_timer();
-        set_web_idle_callback(show_waiting, nullptr);
+    start_timer();
+    if (!line.quiet && !line.automated) {
+        begin_waiting_line();
     }
 }
 
-exit_status end_exchange(int result, ProxySettings &settings)
+exit_status end_exchange(int result, command_line &line)
 {
-    wipe(settings.password, sizeof settings.password);
-    set_web_idle_callback(nullptr, nullptr);
-    wipe_waiting();
+    wipe(line.proxy.password, sizeof line.proxy.password);
+    end_waiting_line();
     sigaction(SIGINT, &usual_action, nullptr);
     result = as_seen_by_the_user(result);
     if (result != 0) {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "tool/command_line.h"
 #include "tool/exit_status.h"
 #include "web/web.h"
 
@@ -19,11 +20,10 @@ struct proxy_arguments {
 proxy_arguments proxy_arguments_of(const ProxySettings &settings);
 
 /// Prepares the user's side of the next exchange: Ctrl-C asks it to stop, a second one ends the
-/// program, and on a terminal a line on standard error tells how long the wait has been.
-void begin_exchange();
+/// program, the timer runs, and unless the command line is against it a line tells of the wait.
+void begin_exchange(const command_line &line);
 
 /// Ends what begin_exchange() began: wipes the line and the password, reports a failure.
 /// \param result what the web operation returned
-/// \param settings those of the exchange
 /// \return the exit status that says the same.
-exit_status end_exchange(int result, ProxySettings &settings);
+exit_status end_exchange(int result, command_line &line);

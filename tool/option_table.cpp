@@ -5,7 +5,7 @@
 
 namespace {
 
-// Their lines of the usage text are given, tabs and all, and stay whole on every terminal.
+// The usage lines of the first three are given, tabs and all, and stay whole on every terminal.
 constexpr program_option web_options[] = {
     {"proxy", "host:port", OPTION_PROXY, "The proxy, instead of the one in the system's settings.",
      "  -proxy host:port\tUse a proxy server to connect to the internet."},
@@ -13,11 +13,13 @@ constexpr program_option web_options[] = {
      "  -proxy-user\t\tUsername for proxy authentication."},
     {"proxy-pass", "password", OPTION_PROXY_PASS, "Password for the proxy that -proxy names.",
      "  -proxy-pass\t\tPassword for proxy authentication."},
+    {"quiet", nullptr, OPTION_QUIET, "Show errors only, not how long the wait is."},
 };
 
 constexpr program_option request_options[] = {
     {"output", "FILE", OPTION_OUTPUT, "Write the reply's body to a file."},
     {"header", nullptr, OPTION_HEADER, "Print the reply's header too."},
+    {"verbose", nullptr, OPTION_VERBOSE, "Show the request, the reply's header and the time."},
 };
 
 constexpr program_option update_options[] = {

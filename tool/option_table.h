@@ -13,8 +13,10 @@ enum option_meaning {
     OPTION_PROXY = 256, // beyond every character
     OPTION_PROXY_USER,
     OPTION_PROXY_PASS,
+    OPTION_QUIET,
     OPTION_OUTPUT,
     OPTION_HEADER,
+    OPTION_VERBOSE,
     OPTION_AUTOMATED,
     OPTION_HELP,
     OPTION_SHOW_VERSION,

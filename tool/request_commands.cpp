@@ -5,10 +5,12 @@
 #include <vector>
 
 #include "tool/commands.h"
+#include "tool/details.h"
 #include "tool/exchange.h"
 #include "tool/output.h"
 #include "tool/output_file.h"
 #include "tool/url.h"
+#include "tool/waiting_line.h"
 #include "web/web.h"
 
 namespace {
@@ -57,14 +59,21 @@ exit_status exchange(command_line &line, const char *method, const std::vector<F
     const std::unique_ptr<char *, void (*)(char **)> body_owner(&body, free_text);
     const proxy_arguments proxy = proxy_arguments_of(line.proxy);
 
-    begin_exchange();
+    begin_exchange(line);
+    if (line.verbose) {
+        show_request_details(line.operands[0], method, fields, proxy);
+    }
     int result =
         web_request(line.operands[0], method, static_cast<int>(fields.size()), fields.data(),
                     &header, &body, proxy.host, proxy.port, proxy.user, proxy.password);
     if (result == 0) {
         result = check_reply_status(header);
     }
-    const exit_status status = end_exchange(result, line.proxy);
+    if (line.verbose) {
+        end_waiting_line();
+        show_reply_details(header, body);
+    }
+    const exit_status status = end_exchange(result, line);
     if (status != EXIT_DONE) {
         return status;
     }

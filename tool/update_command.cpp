@@ -122,8 +122,8 @@ exit_status update_command(command_line &line)
         return EXIT_USAGE;
     }
     static update_reply_texts reply; // too large for the stack of a small thread
-    begin_exchange();
-    const exit_status status = end_exchange(query(line, version, reply), line.proxy);
+    begin_exchange(line);
+    const exit_status status = end_exchange(query(line, version, reply), line);
     if (status != EXIT_DONE) {
         return status;
     }

@@ -2,8 +2,9 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <string>
 #include <strings.h>
+
+#include "support/c-utils.h"
 
 namespace {
 
@@ -78,4 +79,15 @@ const char *complaint_of_url(const char *url)
         return "The host of a URL is a name or an address of ASCII letters, digits, '-' and '.'.";
     }
     return nullptr;
+}
+
+std::string host_of_url(const char *url)
+{
+    const char *const host = behind_protocol(url);
+    if (host == nullptr) {
+        return "";
+    }
+    std::string name(host, std::strspn(host, host_characters));
+    string_to_upper(name.c_str(), name.data());
+    return name;
 }

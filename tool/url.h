@@ -2,8 +2,15 @@
 /// The URLs that the program is given.
 #pragma once
 
+#include <string>
+
 /// What keeps a URL from being requested: bytes that would divide the request line or its header, a
 /// host other than the one that the request would go to, or a port that is none.
 /// \return a sentence about it; null for a URL that may be requested. One of another protocol may:
 /// the request itself says that it fails.
 const char *complaint_of_url(const char *url);
+
+/// \return the host of a URL that complaint_of_url() lets pass, in capitals as the request names
+/// it;
+/// "" for another protocol.
+std::string host_of_url(const char *url);

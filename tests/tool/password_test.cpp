@@ -134,6 +134,8 @@ TEST(Password, IsNeverPrinted)
         {"describe", "-automated"},
         {"get", "http://web1.test/", "-proxy", dead_proxy},
         {"get", "http://web1.test/", "-proxy", proxy_of(server)},
+        {"get", "http://web1.test/", "-proxy", proxy_of(server), "-verbose"},
+        {"post", "http://web1.test/", "a=b", "-proxy", dead_proxy, "-verbose", "-automated"},
         {"get", "http://web1.test/", "-proxy", "host"},
         {"get", "http://web1.test/", "-proxy", "host:0"},
         {"nonsense"},
@@ -146,6 +148,8 @@ TEST(Password, IsNeverPrinted)
         const ProgramResult result = run_corvella(arguments);
         EXPECT_FALSE(contains(result.out, secret)) << arguments[0] << result.out;
         EXPECT_FALSE(contains(result.err, secret)) << arguments[0] << result.err;
+        // "user:s3cretW0rd"
+        EXPECT_FALSE(contains(result.out + result.err, "dXNlcjpzM2NyZXRXMHJk")) << arguments[0];
     }
 }
 

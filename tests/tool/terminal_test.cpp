@@ -105,6 +105,57 @@ TEST_F(OnATerminal, CtrlCWipesTheWaitAndCancels)
     }
 }
 
+/// What stands on a terminal on which \p command gets a slow page, which comes whole.
+std::string written_during_a_wait(const std::vector<std::string> &command, bool controlling)
+{
+    ScriptedServer server({collect_form(), pause_for(2500), send_bytes(good_reply("body\n"))});
+    Terminal terminal;
+    ProgramOptions options;
+    options.err = terminal.program_end();
+    if (controlling) {
+        options.prepare = [&terminal] { terminal.become_controlling(); };
+    }
+    std::vector<std::string> whole = command;
+    whole.push_back(url_of(server));
+    const ProgramResult result = run_program(whole, options);
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_EQ(result.out, "body\n");
+    return terminal.written();
+}
+
+constexpr char waiting[] = "Waiting for the web site: ";
+
+// Once a second: nobody reads faster.
+TEST(TheWait, IsWrittenSeldom)
+{
+    const std::string written = written_during_a_wait(corvella_command({"get"}), true);
+    int updates = 0;
+    for (std::size_t at = 0; (at = written.find(waiting, at)) != std::string::npos; ++at) {
+        ++updates;
+    }
+    EXPECT_GE(updates, 1) << written;
+    EXPECT_LE(updates, 3) << written;
+}
+
+TEST(TheWait, IsNotShownToARunThatIsQuietOrAutomated)
+{
+    EXPECT_EQ(written_during_a_wait(corvella_command({"get", "-quiet"}), true), "");
+    EXPECT_EQ(written_during_a_wait(corvella_command({"get", "-automated"}), true), "");
+}
+
+// The shell is in the foreground, and its job is not.
+TEST(TheWait, IsNotShownFromTheBackground)
+{
+    const std::string written = written_during_a_wait(
+        {"/bin/bash", "-c", "set -m; \"$0\" get \"$1\" & wait $!", corvella_path()}, true);
+    EXPECT_FALSE(contains(written, waiting)) << written;
+}
+
+TEST(TheWait, IsNotShownOnATerminalOfOthers)
+{
+    EXPECT_EQ(written_during_a_wait(corvella_command({"get"}), false), "");
+}
+
 TEST(OffATerminal, NothingIsShownOfTheWait)
 {
     ScriptedServer server({collect_form(), pause_for(3000), send_bytes(good_reply("body\n"))});

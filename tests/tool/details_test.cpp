@@ -1,0 +1,165 @@
+/// \file
+/// -verbose and -quiet: how much is said beside the result.
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <sstream>
+
+#include "tests/harness/terminal.h"
+#include "tests/tool/program_under_test.h"
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+/// The lines of a text that begin with \p mark, without it, each with \p line_end behind it.
+std::string lines_marked(char mark, const std::string &text, const std::string &line_end)
+{
+    std::string lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        if (line.rfind(std::string(1, mark) + " ", 0) == 0) {
+            lines += line.substr(2) + line_end;
+        }
+    }
+    return lines;
+}
+
+/// The header of a request, its empty line left out.
+std::string header_of(const std::string &request)
+{
+    return request.substr(0, request.find("\r\n\r\n") + 2);
+}
+
+TEST(VerboseOption, ShowsTheRequestAsItIsSent)
+{
+    const Arguments cases[] = {
+        {"get", "URL"},
+        {"get", "URL?q=%20"},
+        {"post", "URL", "name=value", "more=a b"},
+        {"post", "URL"},
+    };
+    for (Arguments arguments : cases) {
+        ScriptedServer server(replying(good_reply("body")));
+        arguments[1].replace(0, 3, url_of(server));
+        arguments.push_back("-verbose");
+        const ProgramResult result = run_corvella(arguments);
+        EXPECT_EQ(result.exit_status, 0) << result.err;
+        EXPECT_EQ(result.out, "body");
+        EXPECT_EQ(lines_marked('>', result.err, "\r\n"), header_of(only_request(server)));
+    }
+}
+
+TEST(VerboseOption, ShowsStarsInPlaceOfCredentials)
+{
+    ScriptedServer server(replying(good_reply("body")));
+    const ProgramResult result =
+        run_corvella({"get", "-verbose", "http://web1.test:8080/Page", "-proxy", proxy_of(server),
+                      "-proxy-user", "Aladdin", "-proxy-pass", "open sesame"});
+    const std::string credentials = "QWxhZGRpbjpvcGVuIHNlc2FtZQ==";
+    std::string sent = header_of(only_request(server));
+    const std::size_t at = sent.find(credentials);
+    ASSERT_NE(at, std::string::npos) << sent;
+    sent.replace(at, credentials.size(), "****");
+    EXPECT_EQ(lines_marked('>', result.err, "\r\n"), sent);
+    for (const std::string &secret : {credentials, std::string("Aladdin"), std::string("sesame")}) {
+        EXPECT_FALSE(contains(result.err, secret)) << result.err;
+    }
+    EXPECT_TRUE(contains(result.err, "* Through the proxy 127.0.0.1, port " +
+                                         std::to_string(server.port()) + "\n"))
+        << result.err;
+}
+
+TEST(VerboseOption, ShowsNoStarsWhereNoCredentialsAreSent)
+{
+    ScriptedServer server(replying(good_reply("body")));
+    const ProgramResult result =
+        run_corvella({"get", "-verbose", url_of(server), "-proxy-user", "u", "-proxy-pass", "p"});
+    EXPECT_FALSE(contains(result.err, "Authorization")) << result.err;
+    EXPECT_FALSE(contains(result.err, "proxy")) << result.err;
+}
+
+// "HTTP/1.0 200 OK", "X-Line: 1" and the empty line have 15 + 2 + 9 + 2 + 2 bytes, of which the
+// last line feed is no part of the header text.
+TEST(VerboseOption, ShowsTheReplysHeaderTheTimeAndTheSizes)
+{
+    ScriptedServer server({collect_request(), pause_for(300),
+                           send_bytes("HTTP/1.0 200 OK\r\nX-Line: 1\r\n\r\n12345")});
+    const ProgramResult result = run_corvella({"get", "-verbose", url_of(server)});
+    EXPECT_EQ(result.out, "12345");
+    EXPECT_EQ(lines_marked('<', result.err, "\n"), "HTTP/1.0 200 OK\nX-Line: 1\n");
+    const std::string facts = lines_marked('*', result.err, "\n");
+    const double seconds = std::strtod(facts.c_str(), nullptr);
+    EXPECT_GE(seconds, 0.299) << facts;
+    EXPECT_LT(seconds, 30.0) << facts;
+    EXPECT_EQ(facts.substr(facts.find(' ')), " s, 29 bytes of header, 5 bytes of body\n");
+}
+
+TEST(VerboseOption, ShowsTheHeaderOfARefusalBeforeTheReason)
+{
+    ScriptedServer server(replying("HTTP/1.0 404 Not Found\r\nX-Why: gone\r\n\r\n"));
+    const ProgramResult result = run_corvella({"get", "-verbose", url_of(server)});
+    EXPECT_EQ(result.exit_status, 1);
+    const std::size_t header = result.err.find("< X-Why: gone\n");
+    ASSERT_NE(header, std::string::npos) << result.err;
+    EXPECT_NE(result.err.find("Error: Bad HTTP status 404", header), std::string::npos)
+        << result.err;
+}
+
+TEST(VerboseOption, ShowsNoRequestThatIsNotSent)
+{
+    const ProgramResult result = run_corvella({"get", "-verbose", "ftp://web1.test/"});
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_FALSE(contains(result.err, "> ")) << result.err;
+    EXPECT_FALSE(contains(result.err, "< ")) << result.err;
+    EXPECT_TRUE(contains(result.err, "0 bytes of header, 0 bytes of body")) << result.err;
+}
+
+TEST(VerboseOption, ShowsNoControlCharactersOnATerminal)
+{
+    Terminal terminal;
+    ProgramOptions options;
+    options.err = terminal.program_end();
+    const std::string reply = "HTTP/1.0 200 OK\r\nX: \x1b[2J\x9b over\rwritten\r\n\r\n";
+    ScriptedServer server(replying(reply));
+    run_corvella({"get", "-verbose", url_of(server)}, options);
+    EXPECT_TRUE(contains(terminal.written(), "< X: ?[2J? over\r\n< written\r\n"))
+        << terminal.written();
+    ScriptedServer other(replying(reply));
+    EXPECT_TRUE(contains(run_corvella({"get", "-verbose", url_of(other)}).err,
+                         "< X: \x1b[2J\x9b over\n< written\n"));
+}
+
+TEST(VerboseOption, GoesWithRequestsOnlyAndNotWithQuiet)
+{
+    const struct {
+        Arguments arguments;
+        const char *complaint;
+    } cases[] = {
+        {{"update", "-verbose"}, "-verbose does not go with update."},
+        {{"describe", "-verbose"}, "-verbose does not go with describe."},
+        {{"describe", "-quiet"}, "-quiet does not go with describe."},
+        {{"open", "/", "-quiet"}, "-quiet does not go with open."},
+        {{"get", "http://127.0.0.1:1/", "-quiet", "-verbose"},
+         "-quiet and -verbose exclude each other."},
+    };
+    for (const auto &[arguments, complaint] : cases) {
+        const ProgramResult result = run_corvella(arguments);
+        EXPECT_EQ(result.exit_status, 2) << complaint;
+        EXPECT_TRUE(contains(result.err, complaint)) << result.err;
+    }
+}
+
+TEST(QuietOption, KeepsErrorsAndResults)
+{
+    ScriptedServer good(replying(good_reply("body")));
+    const ProgramResult done = run_corvella({"get", "-quiet", url_of(good)});
+    EXPECT_EQ(done.exit_status, 0);
+    EXPECT_EQ(done.out, "body");
+    EXPECT_EQ(done.err, "");
+    ScriptedServer bad(replying("HTTP/1.0 404 Not Found\r\n\r\n"));
+    const ProgramResult failed = run_corvella({"get", "-quiet", url_of(bad)});
+    EXPECT_EQ(failed.exit_status, 1);
+    EXPECT_TRUE(contains(failed.err, "Error: Bad HTTP status 404")) << failed.err;
+}
+
+} // namespace
