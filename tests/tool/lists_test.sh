@@ -30,7 +30,10 @@ mapfile -t commands <help.commands
 options_of_commands() {
     awk -v all="${commands[*]}" '
         /^= General options/ { count = split(all, names, " "); next }
-        /^= Options of / { sub(/^= Options of /, ""); gsub(/,| and/, ""); count = split($0, names, " ") }
+        /^= Options of / {
+            gsub(/^= Options of |,| and/, "")
+            count = split($0, names, " ")
+        }
         /^-/ { for (i = 1; i <= count; ++i) print names[i], $1 }'
 }
 sed -nE 's/^(Options of .*|General options):$/= \1/p; s/^  (-[a-z-]+).*/\1/p' help |
@@ -42,7 +45,7 @@ sed -nE 's/^\.Ss (Options of .*|General options)$/= \1/p; s/^\.It Fl ([a-z-]+).*
     "$lists/corvella.1" | options_of_commands >manual.options
 expect_same commands help.commands manual.commands
 expect_same options help.options manual.options
-! grep -n '@' "$lists/corvella.1" || fail 'the manual page has a place that nothing was put into'
+! grep -n '@[A-Z_]*@' "$lists/corvella.1" || fail 'the manual page has a place that nothing was put into'
 mandoc -T lint -W warning "$lists/corvella.1" || fail 'the manual page is not well-formed'
 
 # The parser: it knows every option, and refuses those of other commands. What is given to each is no
@@ -131,10 +134,11 @@ grep -q "^get -output\[.*:_files$" zsh.specifications || fail 'zsh completes no 
 
 # The exit statuses: those of the program's source, the usage text and the manual page.
 sed -nE 's/^ *EXIT_[A-Z_]+ = ([0-9]+),.*/\1/p' "$sources/tool/exit_status.h" >enum.statuses
-awk '/^Exit status:/ { on = 1; next } on && NF { status = $1; sub(/^ *[0-9]+[ \t]*/, ""); print status ": " $0 }' \
-    help >help.statuses
-awk '/^\.Sh / { on = /EXIT STATUS/ } on && /^\.It / { status = $2; getline; print status ": " $0 }' \
-    "$lists/corvella.1" >manual.statuses
+sed '1,/^Exit status:/d' help | sed -E 's/^ *([0-9]+)[ \t]*/\1: /' >help.statuses
+awk '
+    /^\.Sh / { on = /EXIT STATUS/ }
+    on && /^\.It / { status = $2; getline; print status ": " $0 }
+' "$lists/corvella.1" >manual.statuses
 sed 's/:.*//' help.statuses >help.numbers
 expect_same 'exit statuses' enum.statuses help.numbers
 expect_same 'exit statuses' help.statuses manual.statuses
