@@ -1,5 +1,7 @@
 # How every target of this project is compiled. Linked privately, never installed.
+include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
+include(cmake/CorvellaExports.cmake)
 
 # 32-bit x86: floats in SSE registers, so that single precision rounds at every step, and
 # files of 2 GiB and more. Asked of the compiler, because -m32 may come from CMAKE_CXX_FLAGS.
@@ -19,6 +21,15 @@ target_compile_options(corvella_build_options INTERFACE
 if(CORVELLA_DEVELOPING)
   target_compile_options(corvella_build_options INTERFACE -Werror)
 endif()
+if(CORVELLA_INSTALL AND NOT CORVELLA_DEVELOPING)
+  # What is installed names no folder of the machine that it was built on.
+  check_cxx_compiler_flag(-ffile-prefix-map=/a=. CORVELLA_HAS_FILE_PREFIX_MAP)
+  if(CORVELLA_HAS_FILE_PREFIX_MAP)
+    target_compile_options(corvella_build_options INTERFACE
+      -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.
+      -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)
+  endif()
+endif()
 if(APPLE)
   # Launch Services, Gestalt and their kin: deprecated, and what this system is made for.
   target_compile_options(corvella_build_options INTERFACE -Wno-deprecated-declarations)
@@ -28,7 +39,24 @@ if(CORVELLA_TARGET_IS_I386)
   target_compile_definitions(corvella_build_options INTERFACE _FILE_OFFSET_BITS=64)
 endif()
 
-# One library of the layer: its sources and name are all that differs.
+# Lets an installed library or program find the libraries of the layer beside it, wherever the whole
+# is moved to. Below /usr the system finds them.
+#   corvella_find_libraries_from(target ${CMAKE_INSTALL_BINDIR})
+function(corvella_find_libraries_from target directory)
+  if(NOT BUILD_SHARED_LIBS OR CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+    return()
+  endif()
+  file(RELATIVE_PATH way /prefix/${directory} /prefix/${CMAKE_INSTALL_LIBDIR})
+  if(APPLE)
+    set(origin "@loader_path")
+  else()
+    set(origin "$ORIGIN")
+  endif()
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH "${origin}/${way}")
+endfunction()
+
+# One library of the layer: its sources and name are all that differs. Shared, it offers what its
+# folder's exported-symbols.txt lists.
 #   corvella_library(support SOURCES a.cpp ...)
 function(corvella_library name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES")
@@ -37,11 +65,18 @@ function(corvella_library name)
   add_library(corvella::${name} ALIAS ${target})
   set_target_properties(${target} PROPERTIES
     EXPORT_NAME ${name}
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
     CXX_EXTENSIONS OFF
     POSITION_INDEPENDENT_CODE ON)
   target_compile_features(${target} PUBLIC cxx_std_17)
   target_include_directories(${target} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+    $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/corvella>)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:corvella_build_options>)
+  if(BUILD_SHARED_LIBS)
+    corvella_export_only(${target} ${CMAKE_CURRENT_SOURCE_DIR}/exported-symbols.txt)
+    corvella_find_libraries_from(${target} ${CMAKE_INSTALL_LIBDIR})
+  endif()
 endfunction()

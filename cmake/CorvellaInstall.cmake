@@ -1,45 +1,56 @@
-# What "cmake --install" puts where, and how callers find it again.
+# What "cmake --install" puts where, and how callers find it again. The components are the Debian
+# packages: corvella_library, corvella_development and corvella_program.
 include(CMakePackageConfigHelpers)
 
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/corvella)
 set(installed_targets corvella_support corvella_web)
 if(TARGET corvella_platform)
   list(APPEND installed_targets corvella_platform)
-  install(FILES platform/platform.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvella/platform)
 endif()
 install(TARGETS ${installed_targets} EXPORT corvella-targets
-  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    COMPONENT corvella_library NAMELINK_COMPONENT corvella_development
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT corvella_development
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT corvella_library)
 if(TARGET corvella)
-  install(TARGETS corvella RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(TARGETS corvella
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT corvella_program)
 endif()
 
+# Files for those who build with the layer: corvella_install_files(directory file...)
+function(corvella_install_files directory)
+  install(FILES ${ARGN} DESTINATION ${directory} COMPONENT corvella_development)
+endfunction()
+
 # Only what the face headers include is installed; the rest is internal.
-install(FILES support/error.h support/c-utils.h support/options.h
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvella/support)
+set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/corvella)
+corvella_install_files(${include_dir}/support
+  support/error.h support/c-utils.h support/options.h
+  ${CMAKE_CURRENT_BINARY_DIR}/include/support/version.h)
 foreach(header abort allocation hooks messages print recorder)
-  install(FILES support/error/${header}.h
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvella/support/error)
+  corvella_install_files(${include_dir}/support/error support/error/${header}.h)
 endforeach()
 foreach(header
     bell calendar clock copy files format numbers parse_float replace spaces string_buffer system
     transform url_encode words wrap)
-  install(FILES support/c-utils/${header}.h
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvella/support/c-utils)
+  corvella_install_files(${include_dir}/support/c-utils support/c-utils/${header}.h)
 endforeach()
 foreach(header web base64 form proxy reply_status request transaction update web_error)
-  install(FILES web/${header}.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvella/web)
+  corvella_install_files(${include_dir}/web web/${header}.h)
 endforeach()
+if(TARGET corvella_platform)
+  corvella_install_files(${include_dir}/platform platform/platform.h)
+endif()
 
-set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/corvella)
-install(EXPORT corvella-targets NAMESPACE corvella:: DESTINATION ${package_dir})
+install(EXPORT corvella-targets NAMESPACE corvella:: DESTINATION ${package_dir}
+  COMPONENT corvella_development)
 configure_package_config_file(cmake/corvella-config.cmake.in corvella-config.cmake
-  INSTALL_DESTINATION ${package_dir})
+  INSTALL_DESTINATION ${package_dir}
+  NO_SET_AND_CHECK_MACRO)
 write_basic_package_version_file(corvella-config-version.cmake COMPATIBILITY SameMajorVersion)
-install(FILES
+corvella_install_files(${package_dir}
   ${CMAKE_CURRENT_BINARY_DIR}/corvella-config.cmake
-  ${CMAKE_CURRENT_BINARY_DIR}/corvella-config-version.cmake
-  DESTINATION ${package_dir})
+  ${CMAKE_CURRENT_BINARY_DIR}/corvella-config-version.cmake)
 
 # The pkg-config file finds its prefix from where it stands, so that the whole can be moved.
 file(RELATIVE_PATH pc_prefix_from_pc_dir
@@ -50,5 +61,4 @@ if(APPLE)
   set(pc_frameworks " -framework CoreFoundation -framework CoreServices -framework SystemConfiguration")
 endif()
 configure_file(cmake/corvella.pc.in corvella.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/corvella.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+corvella_install_files(${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_CURRENT_BINARY_DIR}/corvella.pc)

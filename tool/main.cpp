@@ -4,6 +4,7 @@
 #include <string>
 #include <unistd.h>
 
+#include "support/version.h"
 #include "tool/commands.h"
 #include "tool/output.h"
 #include "tool/terminal.h"
