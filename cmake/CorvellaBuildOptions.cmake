@@ -27,7 +27,7 @@ if(CORVELLA_INSTALL AND NOT CORVELLA_DEVELOPING)
   if(CORVELLA_HAS_FILE_PREFIX_MAP)
     target_compile_options(corvella_build_options INTERFACE
       -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.
-      -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)
+      -ffile-prefix-map=${CMAKE_BINARY_DIR}=.)
   endif()
 endif()
 if(APPLE)

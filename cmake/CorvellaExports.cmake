@@ -1,5 +1,5 @@
-# Which names a shared library offers. Its folder's exported-symbols.txt lists them; here they become
-# what the linker reads: a version script, or on Mac OS X a list of exported symbols.
+# Which names a shared library offers. Its folder's exported-symbols.txt lists them; here they
+# become what the linker reads: a version script, or on Mac OS X a list of exported symbols.
 
 # The pattern of one listed name among the mangled ones. The length in it tells names apart that
 # begin alike; the star stands for the arguments, which differ with the word size.

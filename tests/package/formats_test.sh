@@ -1,11 +1,9 @@
 #!/usr/bin/env bash
 # Every function that takes a printf format is declared so that the compiler checks it: a right call
 # compiles, and a wrong one does not.
-#   formats_test.sh SOURCE_DIR COMPILER FLAGS
 set -euo pipefail
-sources=$1 compiler=$2 flags=$3
-scratch=$(mktemp -d)
-trap 'rm -rf "$scratch"' EXIT
+# shellcheck source=common.sh
+. "$(dirname "$0")/common.sh"
 
 # Name; a right call; a wrong one. A va_list hides the arguments, so that only the format itself can
 # be wrong.
@@ -36,8 +34,8 @@ void call(char *area, string_buffer &buffer, std::va_list list)
 }
 CALL
     # shellcheck disable=SC2086 # the flags are words
-    "$compiler" -std=c++17 $flags -I"$sources" -Werror=format -fsyntax-only "$scratch/call.cpp" \
-        >"$scratch/log" 2>&1
+    "$CORVELLA_COMPILER" -std=c++17 $CORVELLA_FLAGS -I"$CORVELLA_SOURCES" -Werror=format \
+        -fsyntax-only "$scratch/call.cpp" >"$scratch/log" 2>&1
 }
 
 tested=()
@@ -50,7 +48,7 @@ for entry in "${cases[@]}"; do
 done
 
 # Whatever has a parameter of that name is among them.
-declared=$(find "$sources/support" "$sources/web" "$sources/platform" -name '*.h' -exec cat {} + |
+declared=$(find "$CORVELLA_SOURCES"/{support,web,platform} -name '*.h' -exec cat {} + |
     sed 's://.*::' | tr '\n' ' ' | grep -oE '[a-z_0-9]+\([^()]*\*format\b[^()]*\)' |
     sed 's/(.*//' | sort -u)
 if [ "$declared" != "$(printf '%s\n' "${tested[@]}" | sort)" ]; then

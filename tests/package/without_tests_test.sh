@@ -1,18 +1,18 @@
 #!/usr/bin/env bash
 # Without the tests, no package that only they need is looked for: neither in a fresh folder nor in
 # one that had them.
-#   without_tests_test.sh SOURCE_DIR GOOGLETEST_SOURCES COMPILER FLAGS
+#   without_tests_test.sh GOOGLETEST_SOURCES
 set -euo pipefail
-sources=$1 googletest=$2 compiler=$3 flags=$4
-scratch=$(mktemp -d)
-trap 'rm -rf "$scratch"' EXIT
+googletest=$1
+# shellcheck source=common.sh
+. "$(dirname "$0")/common.sh"
 
 # configure FOLDER OPTION...
 configure() {
     local folder=$scratch/$1
     shift
-    cmake -S "$sources" -B "$folder" -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags" \
-        "$@" >"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
+    quietly cmake -S "$CORVELLA_SOURCES" -B "$folder" -DCMAKE_CXX_COMPILER="$CORVELLA_COMPILER" \
+        -DCMAKE_CXX_FLAGS="$CORVELLA_FLAGS" "$@"
     cmake --build "$folder" --target help >"$scratch/targets"
 }
 

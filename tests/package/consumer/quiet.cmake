@@ -1,0 +1,60 @@
+# That a subproject changes nothing of the project around it.
+
+# What holds for the whole project, one setting a line.
+function(read_settings out)
+  set(lines "")
+  get_cmake_property(variables CACHE_VARIABLES)
+  foreach(name IN LISTS variables)
+    # Its own are prefixed; the folders of an installation are everybody's, by GNUInstallDirs.
+    if(NOT name MATCHES "^(corvella_|CORVELLA_|FETCHCONTENT_|CMAKE_INSTALL_|_GNUInstallDirs_)")
+      list(APPEND lines "${name}=$CACHE{${name}}")
+    endif()
+  endforeach()
+  foreach(name CMAKE_BUILD_TYPE CMAKE_CXX_FLAGS CMAKE_CXX_STANDARD CMAKE_CXX_EXTENSIONS
+      CMAKE_POSITION_INDEPENDENT_CODE CMAKE_INSTALL_DEFAULT_COMPONENT_NAME BUILD_TESTING
+      BUILD_SHARED_LIBS)
+    list(APPEND lines "${name}=${${name}}")
+  endforeach()
+  foreach(name COMPILE_OPTIONS COMPILE_DEFINITIONS INCLUDE_DIRECTORIES LINK_LIBRARIES LINK_OPTIONS)
+    get_directory_property(value ${name})
+    list(APPEND lines "${name}=${value}")
+  endforeach()
+  set(${out} "${lines}" PARENT_SCOPE)
+endfunction()
+
+macro(remember_settings)
+  read_settings(settings_before)
+endmacro()
+
+function(expect_same_settings)
+  read_settings(settings_after)
+  if(NOT settings_after STREQUAL settings_before)
+    list(REMOVE_ITEM settings_after ${settings_before})
+    message(FATAL_ERROR "set by the subproject: ${settings_after}")
+  endif()
+endfunction()
+
+# The targets and tests of a folder and those below it.
+function(read_targets_below folder targets_out tests_out)
+  get_property(targets DIRECTORY ${folder} PROPERTY BUILDSYSTEM_TARGETS)
+  get_property(tests DIRECTORY ${folder} PROPERTY TESTS)
+  get_property(folders DIRECTORY ${folder} PROPERTY SUBDIRECTORIES)
+  foreach(inner IN LISTS folders)
+    read_targets_below(${inner} inner_targets inner_tests)
+    list(APPEND targets ${inner_targets})
+    list(APPEND tests ${inner_tests})
+  endforeach()
+  set(${targets_out} "${targets}" PARENT_SCOPE)
+  set(${tests_out} "${tests}" PARENT_SCOPE)
+endfunction()
+
+function(expect_only_targets_of_corvella folder)
+  read_targets_below(${folder} targets tests)
+  if(NOT "corvella_web" IN_LIST targets)
+    message(FATAL_ERROR "no library among the targets: ${targets}")
+  endif()
+  list(FILTER targets EXCLUDE REGEX "^corvella(_|$)")
+  if(targets OR tests)
+    message(FATAL_ERROR "of the subproject: targets ${targets}, tests ${tests}")
+  endif()
+endfunction()

@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# The build for Mac OS X, as far as it can be seen without its compiler: the frameworks are linked
+# and handed on to callers, and the shared libraries' names come from the same lists.
+set -euo pipefail
+# shellcheck source=common.sh
+. "$(dirname "$0")/common.sh"
+
+build=$scratch/build
+CMAKE_GENERATOR=Ninja quietly cmake -S "$CORVELLA_SOURCES" -B "$build" -DCMAKE_SYSTEM_NAME=Darwin \
+    -DCMAKE_CXX_COMPILER="$CORVELLA_COMPILER" -DCMAKE_INSTALL_NAME_TOOL=/bin/true \
+    -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=ON -DBUILD_TESTING=OFF
+
+# expect_frameworks FRAMEWORK... <TEXT: a text names these frameworks, in the order of the alphabet.
+expect_frameworks() {
+    expect "$(printf '%s\n' "$@")" "$(grep -oE 'framework [A-Za-z]+' | sed 's/.* //' | sort -u)"
+}
+
+# The lines of the build that make a library.
+linking() {
+    sed -n "/^build .*libcorvella_$1\.[0-9.]*dylib:/,/^\$/p" "$build/build.ninja"
+}
+
+expect_frameworks CoreFoundation CoreServices SystemConfiguration <"$build/corvella.pc"
+# shellcheck disable=SC2016 # pkg-config knows that variable
+grep -q '^Libs: -L${libdir} -lcorvella_platform -lcorvella_web -lcorvella_support ' \
+    "$build/corvella.pc" || fail "$(cat "$build/corvella.pc")"
+expect_frameworks CoreFoundation CoreServices SystemConfiguration \
+    <"$(find "$build" -name corvella-targets.cmake)"
+linking support | expect_frameworks CoreServices
+linking web | expect_frameworks CoreFoundation CoreServices SystemConfiguration
+linking platform | expect_frameworks CoreFoundation CoreServices
+
+major=${CORVELLA_VERSION%%.*}
+for library in support web platform; do
+    names=$(linking $library | grep -oE -- '-exported_symbols_list[, ][^ ]+') || fail 'no list'
+    expect "$(grep -vc '^#' "$CORVELLA_SOURCES/$library/exported-symbols.txt")" \
+        "$(grep -c '^_' "${names#*[, ]}")"
+    linking $library | grep -qF "libcorvella_$library.$major.dylib" || fail "$library: no version"
+done
+for name in '__Z14report_message*' '_option_index' '__ZTI22CorvellaAbortException' \
+    '__ZTS22CorvellaAbortException'; do
+    grep -qxF -e "$name" "$build/support/corvella_support.exports" || fail "not listed: $name"
+done
