@@ -7,6 +7,10 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 scratch=$(cd "$(mktemp -d)" && pwd -P)
 trap 'rm -rf "$scratch"' EXIT
 
+# A compiler cache would write other names of the folders into debugging information than the
+# compiler is told to leave out.
+unset CCACHE_BASEDIR
+
 fail() {
     printf '%s\n' "$@"
     exit 1

@@ -32,9 +32,10 @@ linking platform | expect_frameworks CoreFoundation CoreServices
 
 major=${CORVELLA_VERSION%%.*}
 for library in support web platform; do
-    names=$(linking $library | grep -oE -- '-exported_symbols_list[, ][^ ]+') || fail 'no list'
+    names=$build/$library/corvella_$library.exports
+    linking $library | grep -qE -- "-exported_symbols_list[, ](-Xlinker )?$names" || fail 'no list'
     expect "$(grep -vc '^#' "$CORVELLA_SOURCES/$library/exported-symbols.txt")" \
-        "$(grep -c '^_' "${names#*[, ]}")"
+        "$(grep -c '^_' "$names")"
     linking $library | grep -qF "libcorvella_$library.$major.dylib" || fail "$library: no version"
 done
 for name in '__Z14report_message*' '_option_index' '__ZTI22CorvellaAbortException' \

@@ -94,7 +94,7 @@ fi
 # A word that test does not know: nothing is built.
 try 1 "$copy/test" nonsense
 expect_output ''
-for text in nonsense default bench i386 sanitizers clang; do
+for text in nonsense default bench i386 sanitizers clang package; do
     expect_in err "$text"
 done
 [ ! -e "$copy/build" ] || fail 'test has built something'
