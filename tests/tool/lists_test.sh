@@ -45,11 +45,11 @@ sed -nE 's/^\.Ss (Options of .*|General options)$/= \1/p; s/^\.It Fl ([a-z-]+).*
     "$lists/corvella.1" | options_of_commands >manual.options
 expect_same commands help.commands manual.commands
 expect_same options help.options manual.options
-! grep -n '@[A-Z_]*@' "$lists/corvella.1" || fail 'the manual page has a place that nothing was put into'
+! grep -n '@[A-Z_]*@' "$lists/corvella.1" || fail 'the manual page has an empty place'
 mandoc -T lint -W warning "$lists/corvella.1" || fail 'the manual page is not well-formed'
 
-# The parser: it knows every option, and refuses those of other commands. What is given to each is no
-# URL of the web, so that nothing is requested.
+# The parser: it knows every option, and refuses those of other commands. What is given to each is
+# no URL of the web, so that nothing is requested.
 sed 's/.* //' help.options | sort -u >names
 for command in "${commands[@]}"; do
     while read -r option; do
@@ -92,6 +92,7 @@ get -proxy h
 WORDS
 expect_same commands help.commands bash.commands
 expect_same options help.options bash.options
+sed -i 's/ *$//' bash.replies
 diff bash.replies - <<'REPLIES' || fail 'bash completes something else'
 -output zsh/_c: zsh/_corvella
 -output = zsh/_c: zsh/_corvella
@@ -100,8 +101,8 @@ up: update
 -output = x de: describe
 -proxy-user get po: post
 -proxy host : 80 get -out: -output
-get -version-: 
-get -proxy h: 
+get -version-:
+get -proxy h:
 REPLIES
 shellcheck "$lists/bash/corvella" || fail 'the completion of bash is not well-formed'
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Checks that docs/reliability.md and the tests agree: each test that a table names exists, in a file
-# that is built, and each test of a fault is named.
+# Checks that docs/reliability.md and the tests agree: each test that a table names exists, in a
+# file that is built, and each test of a fault is named.
 #   reliability_table_test.sh SOURCE_DIR
 set -euo pipefail
 sources=$1
