@@ -1,7 +1,8 @@
-# The Debian packages: "cpack" in the folder of a shared build, configured for /usr (the preset
-# package). The packages are the install components.
+# The Debian packages: "cpack" in the folder of a shared build for /usr, such as that of the preset
+# package. The packages are the install components. They are of the machine's own kind: what 32-bit
+# programs need has other names on a 64-bit machine than on their own.
 find_program(CORVELLA_DPKG_DEB dpkg-deb)
-if(NOT CORVELLA_DPKG_DEB)
+if(NOT CORVELLA_DPKG_DEB OR CMAKE_CXX_FLAGS MATCHES "-m32")
   return()
 endif()
 
@@ -15,10 +16,7 @@ set(CPACK_PACKAGE_VENDOR Morvane)
 set(CPACK_PACKAGE_CONTACT "Morvane <support@morvane.example>")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_COMPONENTS_ALL corvella_development)
-if(BUILD_SHARED_LIBS)
-  list(APPEND CPACK_COMPONENTS_ALL corvella_library)
-endif()
+set(CPACK_COMPONENTS_ALL corvella_library corvella_development)
 if(TARGET corvella)
   list(APPEND CPACK_COMPONENTS_ALL corvella_program)
 endif()
@@ -34,9 +32,6 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
   ${CMAKE_CURRENT_BINARY_DIR}/support ${CMAKE_CURRENT_BINARY_DIR}/web)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
-if(CORVELLA_TARGET_IS_I386)
-  set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE i386)
-endif()
 
 set(CPACK_DEBIAN_CORVELLA_LIBRARY_PACKAGE_NAME ${library_package})
 set(CPACK_DEBIAN_CORVELLA_LIBRARY_PACKAGE_SECTION libs)
@@ -51,6 +46,7 @@ This package holds the shared libraries.")
 
 set(CPACK_DEBIAN_CORVELLA_DEVELOPMENT_PACKAGE_NAME libcorvella-dev)
 set(CPACK_DEBIAN_CORVELLA_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_CORVELLA_DEVELOPMENT_PACKAGE_DEPENDS "${library_package} (= ${debian_version})")
 set(CPACK_DEBIAN_CORVELLA_DEVELOPMENT_DESCRIPTION
 "support layer of a small command-line tool - development files
 A blocking HTTP/1.0 web client, one message and error facility, and text,
@@ -60,15 +56,11 @@ This package holds the headers and what CMake and pkg-config need.")
 
 set(CPACK_DEBIAN_CORVELLA_PROGRAM_PACKAGE_NAME corvella)
 set(CPACK_DEBIAN_CORVELLA_PROGRAM_PACKAGE_SECTION web)
+set(CPACK_DEBIAN_CORVELLA_PROGRAM_PACKAGE_DEPENDS "${library_package} (>= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_CORVELLA_PROGRAM_DESCRIPTION
 "small command-line web client
 It gets pages, posts forms, asks a web service for updates of a product and
 describes the machine.")
-
-if(BUILD_SHARED_LIBS)
-  set(CPACK_DEBIAN_CORVELLA_DEVELOPMENT_PACKAGE_DEPENDS "${library_package} (= ${debian_version})")
-  set(CPACK_DEBIAN_CORVELLA_PROGRAM_PACKAGE_DEPENDS "${library_package} (>= ${PROJECT_VERSION})")
-endif()
 
 # A script of ours puts the rest there that Debian wants in each package.
 set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_CURRENT_SOURCE_DIR}/cmake/debian/cpack-config.cmake)

@@ -11,6 +11,11 @@ kinds() {
         grep -oE 'with debug_info, not stripped|, stripped' | sort | uniq -c | tr -s ' '
 }
 
+# The static libraries are those of a developing build, which keep the folders for the debugger.
+install_from "$CORVELLA_BUILD"
+! grep -rlIF -e "$CORVELLA_SOURCES" -e "$CORVELLA_BUILD" "$prefix" || fail 'they name the build'
+rm -r "$prefix"
+
 install_from "$CORVELLA_SHARED_BUILD"
 expect ' 3 with debug_info, not stripped' "$(kinds)"
 ! grep -rlF -e "$CORVELLA_SOURCES" -e "$CORVELLA_SHARED_BUILD" "$prefix" ||
