@@ -40,7 +40,27 @@ suppress=()
 [ -e "$CORVELLA_SOURCES/docs/man/corvella.1.in" ] || suppress=(--suppress-tags no-manual-page)
 quietly lintian --allow-root --fail-on error,warning "${suppress[@]}" "${packages[@]}"
 
-# As the package tools would do it, without doing it.
+# Installs and removes them in a system of their own below the scratch folder, where there is
+# nothing that they depend on; with root's rights only. The cache of this system's dynamic linker
+# stays as it is.
+install_and_remove() {
+    local root=$scratch/system
+    mkdir -p "$root/var/lib/dpkg"/{info,updates,triggers} "$scratch/bin"
+    touch "$root/var/lib/dpkg/status"
+    ln -s /bin/true "$scratch/bin/ldconfig"
+    local dpkg=(env PATH="$scratch/bin:$PATH" dpkg --root="$root" --log="$scratch/dpkg.log"
+        --force-script-chrootless --force-depends)
+    quietly "${dpkg[@]}" -i "${packages[@]}"
+    quietly "${dpkg[@]}" --verify
+    [ ! -s "$scratch/log" ] || fail "$(cat "$scratch/log")"
+    # shellcheck disable=SC2086 # the names are words
+    quietly "${dpkg[@]}" --purge $names
+    find "$root" -type f ! -path '*/var/lib/dpkg/*' >"$scratch/left"
+    [ ! -s "$scratch/left" ] || fail 'left behind:' "$(cat "$scratch/left")"
+}
+[ "$(id -u)" != 0 ] || install_and_remove
+
+# As the package tools would do it here, without doing it.
 quietly dpkg --force-not-root --dry-run -i "${packages[@]}"
 quietly apt-get --simulate --no-download -o Debug::NoLocking=true install "${packages[@]}"
 
