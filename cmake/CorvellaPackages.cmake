@@ -1,6 +1,6 @@
 # The Debian packages: "cpack" in the folder of a shared build for /usr, such as that of the preset
-# package. The packages are the install components. They are of the machine's own kind: what 32-bit
-# programs need has other names on a 64-bit machine than on their own.
+# package (CMake 3.20). The packages are the install components. They are of the machine's own kind:
+# what 32-bit programs need has other names on a 64-bit machine than on their own.
 find_program(CORVELLA_DPKG_DEB dpkg-deb)
 if(NOT CORVELLA_DPKG_DEB OR CMAKE_CXX_FLAGS MATCHES "-m32")
   return()
