@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <cstring>
 
-#include "support/c-utils.h"
 #include "support/c-utils/percent.h"
 
 namespace {
@@ -68,7 +67,5 @@ void build_form_body(int field_count, const FormField *fields, std::string &head
         body_out += escape(text, fields[i].value, body_text_stop, body_text_refusal);
     }
     header_text_out = "Content-Type: application/x-www-form-urlencoded\r\nContent-Length: ";
-    char length[24];
-    format_string_bounded(length, sizeof length, "%ld", static_cast<long>(body_out.size()));
-    header_text_out += length;
+    header_text_out += std::to_string(body_out.size());
 }

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -75,7 +74,9 @@ void send_credentials(request_sender &sender, const char *user, const char *pass
     }
     const std::size_t length = user_length + 1 + password_length;
     const secret_text plain(static_cast<char *>(checked_malloc(length + 1)), wipe_and_free);
-    std::snprintf(plain.get(), length + 1, "%s:%s", user, password);
+    std::memcpy(plain.get(), user, user_length);
+    plain.get()[user_length] = ':';
+    std::memcpy(plain.get() + user_length + 1, password, password_length + 1);
 
     const int count = static_cast<int>(length);
     const std::size_t encoded_size = static_cast<std::size_t>(base64_encoded_length(count)) + 1;

@@ -24,8 +24,8 @@ char *format_string_alloc(const char *format, std::va_list arguments)
         text[0] = '\0';
     } else if (size <= sizeof area) {
         std::memcpy(text, area, size);
-    } else {
-        std::vsnprintf(text, size, format, arguments);
+    } else if (std::vsnprintf(text, size, format, arguments) < 0) {
+        text[0] = '\0'; // memory that only the second pass was refused
     }
     return text;
 }
@@ -46,6 +46,9 @@ int format_string_bounded(char *destination, std::size_t size, const char *forma
     const int length = std::vsnprintf(destination, size, format, arguments);
     va_end(arguments);
     if (size > 0) {
+        if (length < 0) {
+            destination[0] = '\0'; // whatever was formatted before the error
+        }
         destination[size - 1] = '\0';
     }
     return length;

@@ -16,6 +16,7 @@
 
 /// Prints at most \p size bytes, the NUL included, and always stores NUL in byte \p size - 1.
 /// A \p size of 0 writes nothing, and \p destination may then be null.
-/// \return the length of the whole, uncut text; negative on a formatting error.
+/// \return the length of the whole, uncut text; negative on a formatting error, which leaves an
+/// empty text.
 [[gnu::format(printf, 3, 4)]] int format_string_bounded(char *destination, std::size_t size,
                                                         const char *format, ...);

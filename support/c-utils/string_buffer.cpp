@@ -52,22 +52,24 @@ std::uint32_t string_buffer_append_format(string_buffer *buffer, const char *for
     area[0] = '\0';
     std::va_list arguments;
     va_start(arguments, format);
-    const int formatted = std::vsnprintf(area, sizeof area, format, arguments);
+    int formatted = std::vsnprintf(area, sizeof area, format, arguments);
     va_end(arguments);
 
-    const int length = appended_length(formatted);
+    int length = appended_length(formatted);
     make_room(*buffer, length);
     char *const end = buffer->data + buffer->length;
+    if (formatted >= area_size) {
+        va_start(arguments, format);
+        formatted = std::vsnprintf(end, static_cast<std::size_t>(length) + 1, format, arguments);
+        va_end(arguments);
+        length = formatted < 0 ? area_size : formatted;
+    }
     if (formatted < 0) {
         area[area_size - 1] = '\0';
         std::strncpy(end, area, area_size); // fills the rest with NUL
         end[length] = '\0';
     } else if (formatted < area_size) {
         std::memcpy(end, area, static_cast<std::size_t>(length) + 1);
-    } else {
-        va_start(arguments, format);
-        std::vsnprintf(end, static_cast<std::size_t>(length) + 1, format, arguments);
-        va_end(arguments);
     }
     buffer->length += static_cast<std::uint32_t>(length);
     return buffer->length;

@@ -27,7 +27,7 @@ char *get_process_command_line(char *buffer, std::size_t size, long process_id)
         return nullptr;
     }
     buffer[0] = '\0';
-    char path[64];
+    char path[64] = "";
     std::snprintf(path, sizeof path, "/proc/%ld/cmdline",
                   process_id != 0 ? process_id : static_cast<long>(getpid()));
     std::FILE *const file = std::fopen(path, "r");

@@ -8,6 +8,7 @@
 void assertion_failed(const char *expression, const char *file, int line)
 {
     char text[4096];
+    text[0] = '\0';
     std::snprintf(text, sizeof text, "%s:%d: assertion failed: %s", file, line, expression);
     record_timestamped_line(text);
     report_message(9, "A Corvella internal error has occurred. "
