@@ -1,0 +1,43 @@
+// Every scenario with every call failing in turn.
+#include "tests/failures/failure_scenario.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+class FailureLoops : public testing::TestWithParam<FailureScenario> {};
+
+std::string name_of_scenario(const testing::TestParamInfo<FailureScenario> &info)
+{
+    return info.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Error, FailureLoops, testing::ValuesIn(error_scenarios()),
+                         name_of_scenario);
+INSTANTIATE_TEST_SUITE_P(CUtils, FailureLoops, testing::ValuesIn(c_utils_scenarios()),
+                         name_of_scenario);
+INSTANTIATE_TEST_SUITE_P(Files, FailureLoops, testing::ValuesIn(file_scenarios()),
+                         name_of_scenario);
+INSTANTIATE_TEST_SUITE_P(Options, FailureLoops, testing::ValuesIn(option_scenarios()),
+                         name_of_scenario);
+INSTANTIATE_TEST_SUITE_P(Transaction, FailureLoops, testing::ValuesIn(transaction_scenarios()),
+                         name_of_scenario);
+INSTANTIATE_TEST_SUITE_P(Update, FailureLoops, testing::ValuesIn(update_scenarios()),
+                         name_of_scenario);
+
+TEST_P(FailureLoops, EndAsStated)
+{
+    ASSERT_EQ(calls_reached(GetParam()), GetParam().reaches);
+    for (const Call call : GetParam().reaches) {
+        EXPECT_GT(fail_each(GetParam(), call), 0) << name_of(call) << " was never made to fail";
+    }
+}
+
+TEST_P(FailureLoops, LeaveNothingBehindWhenEverythingFailsFromACallOn)
+{
+    EXPECT_GT(fail_all_from_each(GetParam()), 0);
+}
+
+} // namespace
