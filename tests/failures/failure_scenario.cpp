@@ -4,7 +4,6 @@
 #include "tests/web/web_call.h"
 #include "web/web_error_state.h"
 
-#include <cstring>
 #include <new>
 
 namespace {

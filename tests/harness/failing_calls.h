@@ -73,6 +73,11 @@ struct Failure {
     {
         return how == FromThenOn;
     }
+    /// Whether number \p its_number of \p its_call is among those that fail.
+    bool hits(Call its_call, int its_number) const
+    {
+        return call == its_call && (number == its_number || (for_ever() && number < its_number));
+    }
 };
 
 /// Watches, and fails as \p failure says, for as long as it lives. Only one may live at a time.

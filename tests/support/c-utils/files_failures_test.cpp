@@ -63,19 +63,13 @@ void prepare_files()
     errno = 0;
 }
 
-bool hits(const Failure &failure, Call call, int number)
-{
-    return failure.call == call &&
-           (failure.number == number || (failure.for_ever() && failure.number < number));
-}
-
 /// What a report shows on standard error while calls fail.
 std::string reported_through(const Failure &failure, const std::string &text)
 {
     const std::string shown = failure.call == Call::Format ? "" : text;
     const std::string line = failure.call == Call::Format ? "" : text + "\n";
-    return (hits(failure, Call::Print, 1) ? "" : "Error: " + line + "\n") +
-           (hits(failure, Call::Print, 2) ? "" : "Error: " + shown + "\a\n");
+    return (failure.hits(Call::Print, 1) ? "" : "Error: " + line + "\n") +
+           (failure.hits(Call::Print, 2) ? "" : "Error: " + shown + "\a\n");
 }
 
 std::string stream_outcome()
@@ -304,7 +298,7 @@ std::string found_through(const Failure &failure)
             continue;
         }
         ++statuses;
-        if (name != "folder" && !hits(failure, Call::Stat, statuses)) {
+        if (name != "folder" && !failure.hits(Call::Stat, statuses)) {
             found += name;
         }
     }

@@ -12,13 +12,6 @@ int result;
 std::int32_t messages_before;
 char *block;
 
-/// Whether \p number of a call is among those that fail.
-bool hits(const Failure &failure, Call call, int number)
-{
-    return failure.call == call &&
-           (failure.number == number || (failure.for_ever() && failure.number < number));
-}
-
 void prepare_messages()
 {
     result = -99;
@@ -45,9 +38,9 @@ std::string result_outcome()
 std::string two_copies(const Failure &failure)
 {
     const std::string text = failure.call == Call::Format ? "" : "disk 7";
-    return std::string(hits(failure, Call::Flush, 2) ? "-1" : "0") + ", 1 counted\n" +
-           (hits(failure, Call::Print, 1) ? "" : "Error: " + text + "\n") +
-           (hits(failure, Call::Print, 2) ? "" : "Error: " + text + "\a\n");
+    return std::string(failure.hits(Call::Flush, 2) ? "-1" : "0") + ", 1 counted\n" +
+           (failure.hits(Call::Print, 1) ? "" : "Error: " + text + "\n") +
+           (failure.hits(Call::Print, 2) ? "" : "Error: " + text + "\a\n");
 }
 
 FailureScenario message_by_the_default_hook()
@@ -71,11 +64,11 @@ FailureScenario message_by_the_test_hook()
             "0, 1 counted\nCORVELLATESTError: disk 7\a\nENDCORVELLATEST\nError: disk 7\n",
             [](const Failure &failure) {
                 const std::string text = failure.call == Call::Format ? "" : "disk 7";
-                return std::string(hits(failure, Call::Flush, 2) ? "-1" : "0") + ", 1 counted\n" +
-                       (hits(failure, Call::Print, 2)
+                return std::string(failure.hits(Call::Flush, 2) ? "-1" : "0") + ", 1 counted\n" +
+                       (failure.hits(Call::Print, 2)
                             ? ""
                             : "CORVELLATESTError: " + text + "\a\nENDCORVELLATEST\n") +
-                       (hits(failure, Call::Print, 1) ? "" : "Error: " + text + "\n");
+                       (failure.hits(Call::Print, 1) ? "" : "Error: " + text + "\n");
             },
             true};
 }
@@ -183,12 +176,12 @@ FailureScenario assertion()
             thrown_by_an_assertion + std::string("Error: ") + sentence + "\n\nError: " + sentence +
                 "\a\n",
             [](const Failure &failure) {
-                const bool lost = hits(failure, Call::Format, 2);
+                const bool lost = failure.hits(Call::Format, 2);
                 const std::string first = lost ? "" : std::string(sentence) + "\n";
                 const std::string second = lost ? "" : sentence;
                 return thrown_by_an_assertion +
-                       (hits(failure, Call::Print, 1) ? "" : "Error: " + first + "\n") +
-                       (hits(failure, Call::Print, 2) ? "" : "Error: " + second + "\a\n");
+                       (failure.hits(Call::Print, 1) ? "" : "Error: " + first + "\n") +
+                       (failure.hits(Call::Print, 2) ? "" : "Error: " + second + "\a\n");
             },
             true};
 }
