@@ -4,12 +4,16 @@
 ///
 /// Texts are NUL-terminated, in the system's default encoding; paths are in POSIX style. Every Core
 /// Foundation object made on the way is released, but the one that main_bundle_path() names.
+///
+/// The caller's duty, where it is not said otherwise: no pointer is null, and a size is not beyond
+/// its buffer.
 #pragma once
 
 #include <CoreServices/CoreServices.h>
 
 /// Opens the URL in exactly \p length bytes of text.
-/// \return the status of Launch Services, 0 for success; -30773 when the text makes no URL.
+/// \return the status of Launch Services, 0 for success; -30773 when the text makes no URL or
+/// \p length is negative.
 int open_url(const char *bytes, long length);
 
 /// Opens a file with the user's application for it. The path's own conversion is not checked: what
@@ -24,11 +28,14 @@ int open_fsref(FSRef ref);
 int open_document(const char *target);
 
 /// Writes the path of a part of the program's own bundle into \p buffer.
+/// \param buffer receives the path
 /// \param size of \p buffer in bytes, the NUL included; a path that does not fit is not reported
-///     and leaves ""
+///     and leaves ""; a size below 1 writes nothing
 /// \param kind 1 the executable, 2 the support files, 3 the resources, 4 the built-in plug-ins, 5
 ///     the resource \p name; 0 and any other kind the bundle itself
-/// \param name used by kind 5 only. Its Core Foundation string is not released, deliberately.
+/// \param name used by kind 5 only, and null otherwise if you like. Its Core Foundation string is
+/// not
+///     released, deliberately.
 /// \return \p buffer, or null when there is no bundle or no such part of it.
 char *main_bundle_path(char *buffer, int size, int kind, const char *name);
 

@@ -1,10 +1,13 @@
 /// \file
 /// The support utilities: text, formatting, numbers, files, the machine, clocks and the calendar.
 ///
-/// Texts are NUL-terminated byte strings. Functions that copy and transform take the source first
-/// and the caller's destination second; plain copies name the destination first, as the standard
-/// library's do; unless it is said otherwise neither may be null, they must not
-/// overlap, and the destination must be large enough for the result.
+/// Texts are NUL-terminated bytes in no particular encoding, and sizes count bytes, a NUL included.
+/// Functions that copy and transform take the source first and the caller's destination second;
+/// plain copies name the destination first, as the standard library's do.
+///
+/// The caller's duty, where it is not said otherwise: no pointer is null, source and destination do
+/// not overlap, and the destination has room for the result. Everything else that can be given, any
+/// byte and any number, is answered as the comments say.
 #pragma once
 
 #include "support/c-utils/bell.h"

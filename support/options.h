@@ -14,7 +14,7 @@
 /// "--name" is read as a cluster of short options, without a diagnostic of its own; "=" may stand
 /// before the argument of a short option too; a cluster of several options behind operands is not
 /// moved in front of them, so that those operands are lost to a caller that reads on from
-/// option_index.
+/// option_index; a ":" typed as an option is found in the option characters like any other.
 ///
 /// Diagnostics go straight to standard error, in the form "program: ..."; they are printed only
 /// while option_errors is not 0. All state is process-wide: one scan at a time.
@@ -25,13 +25,14 @@
 /// A long option. A table of them ends with a record whose name is null.
 struct long_option {
     const char *name;          ///< without dashes
-    std::int32_t has_argument; ///< 0 none, 1 required, 2 optional and only behind "="
+    std::int32_t has_argument; ///< 0 none, 1 required, 2 optional and only behind "="; else none
     std::int32_t *flag;        ///< where to store `value`; null to return it instead
     std::int32_t value;        ///< the code of the option
 };
 
 /// The next element to look at, 0 at first; behind the last option it is the first operand.
-/// Setting it to 0 starts a new scan at element 1.
+/// Setting it to 0, and to nothing else, starts a new scan at element 1. Outside the vector it is
+/// the end of the scan.
 extern std::int32_t option_index;
 
 /// The argument of the option just returned, or null; in return-in-order mode the operand just
@@ -45,25 +46,28 @@ extern std::int32_t option_code;
 /// Whether diagnostics are printed; 1 at first.
 extern std::int32_t option_errors;
 
-/// The next character within the element, 1 at its start. Belongs to the parser.
+/// The next character within the element, 1 at its start. Belongs to the parser, which starts the
+/// element anew when it is not inside.
 extern std::int32_t option_position;
 
-/// parse_options() with short options only.
+/// parse_options() with short options only. \return as there.
 int get_options(int count, char **vector, const char *short_options);
 
-/// parse_options() with long options behind "--".
+/// parse_options() with long options behind "--". \return as there.
 int get_long_options(int count, char **vector, const char *short_options,
                      const long_option *long_options, int *index);
 
 /// parse_options() with long options behind "--", "-" or "+"; they are tried before short ones.
+/// \return as there.
 int get_long_options_only(int count, char **vector, const char *short_options,
                           const long_option *long_options, int *index);
 
 /// Returns the next option.
 ///
-/// \param count the number of elements of \p vector
+/// \param count the number of elements of \p vector; a negative one is the end of the scan
 /// \param vector the program's name and its arguments. The order of its pointers may change:
-///     unless the mode says otherwise, options move in front of the operands before them.
+///     unless the mode says otherwise, options move in front of the operands before them. A null
+///     element ends the vector before the count; a null vector is refused.
 /// \param short_options the option characters; ":" behind one requires an argument, "::" takes an
 ///     optional one that is attached. A leading "+" stops the scan at the first operand, as does
 ///     the environment variable POSIXLY_CORRECT where the text names no mode; a leading "-" returns

@@ -7,5 +7,6 @@
 int base64_encoded_length(int n);
 
 /// Encodes \p n bytes of \p source into \p destination, which must hold base64_encoded_length() + 1
-/// bytes, and ends it with NUL. An \p n below 1 gives "". \return \p destination.
+/// bytes (as a number that has not wrapped), and ends it with NUL. An \p n below 1 gives "", and
+/// \p source may then be null. \return \p destination.
 char *base64_encode(const void *source, int n, char *destination);

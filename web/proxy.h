@@ -8,10 +8,10 @@
 /// The proxy and its credentials. All zero is a direct connection; whoever hands the record to a
 /// request passes an empty text as null.
 struct ProxySettings {
-    char proxy_host[256];
-    std::int32_t proxy_port;
-    char user[256];
-    char password[256];
+    char proxy_host[256];    ///< "" for none
+    std::int32_t proxy_port; ///< 0 for none
+    char user[256];          ///< "" for none
+    char password[256];      ///< "" for none
 };
 
 /// Reads the HTTP proxy of the system's network settings (Mac OS X; other systems have none). A

@@ -44,6 +44,9 @@ void set_web_idle_callback(WebIdleCallback callback, void *argument);
 /// Host, target and headers are sent as they are: a caller that takes them from somebody else must
 /// refuse line ends and, in the target, blanks, or they could forge parts of the request.
 ///
+/// But for \p extra_headers, \p proxy_host, \p user and \p password no text may be null, nor may
+/// the places for the reply; any byte may stand in any text.
+///
 /// Both texts are blocks of the system allocator, given back with free(); the caller sets both to
 /// null before and releases what is not null after.
 ///

@@ -11,7 +11,7 @@
 ///
 /// \param product,productline,version_name,os,os_version,machine_id,processor_arch sent as they
 ///     are; none may be null
-/// \param version sent with three decimals
+/// \param version sent with three decimals, as printf's "%.3f" writes it
 /// \param capacity the size of each destination, the NUL included; a longer value is cut. A
 ///     capacity below 1 writes nothing.
 /// \param message_out receives "Message"; must not be null

@@ -3,6 +3,9 @@
 ///
 /// Nothing here reports messages: each operation returns a small integer and leaves the text of its
 /// failure for web_last_error(). All state is process-wide; one transaction runs at a time.
+///
+/// Texts are NUL-terminated bytes, and sizes count bytes. The caller's duty, where it is not said
+/// otherwise: no pointer is null, nothing overlaps, and a destination has room for the result.
 #pragma once
 
 #include "web/base64.h"

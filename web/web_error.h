@@ -10,6 +10,7 @@
 /// until the next set_web_error() or web_request().
 const char *web_last_error();
 
-/// Describes errno as "code N: description", cut at 1023 characters.
+/// Describes errno as "code N: description" (strerror, POSIX), cut at 1023 characters. errno itself
+/// is read once, and first.
 /// \return a fixed buffer that the next call overwrites.
 const char *system_error_text();

@@ -2,5 +2,5 @@
 /// The terminal's bell.
 #pragma once
 
-/// Writes the character BEL (7) to standard error.
+/// Writes the character BEL (7) to standard error, whether that is a terminal or not.
 void ring_bell();

@@ -9,11 +9,11 @@
 
 #include <cstdint>
 
-/// "???", "jan", "feb", ... "dec", indexed by month number.
+/// "???", "jan", "feb", ... "dec", indexed by month number from 1 on.
 extern const char *const month_names[13];
 
 /// Reads an English month name by its first three characters, which it lower-cases in place, one
-/// at a time up to a NUL. \return 1 to 12, or 0.
+/// at a time up to a NUL; what is behind them is not looked at. \return 1 to 12, or 0.
 int month_from_name(char *text);
 
 /// \return the day number of a date; a day beyond its month counts on into the next.
@@ -23,7 +23,8 @@ std::int32_t day_number_from_date(std::int32_t year, std::int32_t month, std::in
 void date_from_day_number(std::int32_t day_number, std::int32_t *year, std::int32_t *month,
                           std::int32_t *day);
 
-/// Writes a date as 1-jan-2000 into \p buffer, at most 24 bytes with the NUL. \return \p buffer.
+/// Writes a date as 1-jan-2000 into \p buffer, at most 24 bytes with the NUL, whatever the day
+/// number. \return \p buffer.
 char *format_date_long(std::int32_t day_number, char *buffer);
 
 /// Writes a date as 1jan00 into \p buffer, at most 24 bytes with the NUL. The year is counted from
@@ -31,12 +32,14 @@ char *format_date_long(std::int32_t day_number, char *buffer);
 /// 2100 on. \return \p buffer.
 char *format_date_compact(std::int32_t day_number, char *buffer);
 
-/// \return the day number of today's date in the local time zone.
+/// \return the day number of today's date in the local time zone; 0 when the system cannot tell it.
+/// Uses the process-wide result of localtime (POSIX).
 std::int32_t today_day_number();
 
 /// Reads a date in the compact form: a day from 1 to 31, the three letters of a month right behind
 /// it, a year. A year below 2000 gets 2000 added, deliberately also one of four digits. The day is
-/// not checked against the month.
+/// not checked against the month: 31feb2009 is the third of March. White space may stand before the
+/// two numbers, a sign too; a number beyond 32 bits counts as the nearest one inside.
 /// \return the number of characters read, with the day number in \p day_number; -1, with
 /// \p day_number untouched, for any other text.
 int parse_date(const char *text, std::int32_t *day_number);

@@ -1,5 +1,6 @@
 /// \file
-/// Two wall-clock scales, a start mark, and sleep.
+/// Two wall-clock scales, a start mark, and sleep. The clock is gettimeofday (POSIX): whoever sets
+/// the system's time moves it.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +24,8 @@ std::uint32_t current_time_milliseconds();
 /// Sets timer_start_mark to now, the whole seconds wrapped to 32 bits.
 void start_timer();
 
-/// \return seconds since timer_start_mark; without a start_timer(), the seconds scale itself.
+/// \return seconds since timer_start_mark, subtracted in double precision and rounded to single;
+/// without a start_timer(), the seconds scale itself. Negative when the clock was set back.
 float elapsed_time();
 
 /// Sleeps for \p seconds, rounded to milliseconds, at most 2^31 - 1 of them. Zero, a negative

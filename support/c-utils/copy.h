@@ -14,8 +14,9 @@ unsigned char *copy_counted_string(unsigned char *destination, const unsigned ch
 /// overlap. \return \p destination.
 char *copy_string_bounded(char *destination, const char *source, std::size_t size);
 
-/// Inserts \p text into \p target before the character at \p location, in place. The target must
-/// have room for both lengths and a NUL; \p text must not point into it.
+/// Inserts \p text into \p target before the character at \p location, in place; the target's
+/// length appends. The target must have room for both lengths and a NUL; \p text must not point
+/// into it.
 ///
 /// Deliberately every call prints to standard output: a trace with the resulting target, or, when
 /// \p location is negative or beyond the target's length, a complaint with both numbers, and the

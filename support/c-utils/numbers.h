@@ -1,47 +1,50 @@
 /// \file
-/// Small number functions. The float ones work in single precision at each step, on every platform.
+/// Small number functions. The float ones work in single precision at each step, on every platform
+/// (IEEE 754), and pass a NaN on where it is not said otherwise. Nothing is refused.
 #pragma once
 
-/// The smaller of two integers.
+/// \return the smaller of two integers.
 int min_int(int a, int b);
-/// The larger of two integers.
+/// \return the larger of two integers.
 int max_int(int a, int b);
 /// \return \p low when \p x is below it, otherwise the smaller of \p x and \p high.
 int clamp_int(int x, int low, int high);
-/// The absolute value; the least integer has none and stays itself.
+/// \return the absolute value; the least integer has none and stays itself.
 int abs_int(int x);
 
-/// The smaller of two floats; of a number and a NaN, the number.
+/// \return the smaller of two floats; of a number and a NaN, the number.
 float min_float(float a, float b);
-/// The larger of two floats; of a number and a NaN, the number.
+/// \return the larger of two floats; of a number and a NaN, the number.
 float max_float(float a, float b);
 /// \return \p low when \p x is below it or either of them is a NaN, otherwise the smaller of \p x
 /// and \p high.
 float clamp_float(float x, float low, float high);
-/// The float with its sign bit cleared, a NaN's too.
+/// \return the float with its sign bit cleared, a NaN's too.
 float abs_float(float x);
 
-/// a + (b - a) * t; \p t may be outside 0 to 1.
+/// \return a + (b - a) * t; \p t may be outside 0 to 1.
 float lerp_float(float a, float b, float t);
-/// Maps \p x from the range a..b to c..d: c + (x - a) / (b - a) * (d - c). \p c when b - a is 0.
+/// Maps \p x from the range a..b to c..d. \return c + (x - a) / (b - a) * (d - c); \p c when b - a
+/// is 0.
 float remap_float(float x, float a, float b, float c, float d);
-/// remap_float(), raised to \p c when below it and then lowered to \p d when above it. The smaller
-/// of \p c and \p d when \p a equals \p b.
+/// \return remap_float(), raised to \p c when below it and then lowered to \p d when above it; the
+/// smaller of \p c and \p d when \p a equals \p b.
 float remap_clamped_float(float x, float a, float b, float c, float d);
 
-/// The distance of two points in the plane.
+/// \return the distance of two points in the plane; infinite where the squares are.
 float distance_2d(float x1, float y1, float x2, float y2);
 
-/// y * (x / y - floor(x / y)): the remainder with the sign of \p y; a NaN when \p y is 0.
+/// \return y * (x / y - floor(x / y)): the remainder with the sign of \p y; a NaN when \p y is 0.
 float modulo_float(float x, float y);
-/// x - floor(x).
+/// \return x - floor(x).
 float fraction_float(float x);
-/// The multiple of \p y at or below \p x: y * floor(x / y).
+/// \return the multiple of \p y at or below \p x: y * floor(x / y); a NaN when \p y is 0.
 float floor_to_step(float x, float y);
-/// The multiple of \p y nearest to \p x, halves upwards: y * floor((x + y * 0.5) / y), where the
-/// quotient is computed in double precision and rounded to single before the floor.
+/// \return the multiple of \p y nearest to \p x, halves upwards: y * floor((x + y * 0.5) / y),
+/// where the quotient is computed in double precision and rounded to single before the floor; a NaN
+/// when \p y is 0.
 float round_to_step(float x, float y);
 
-/// A repeatable pseudo-random value made of the bits of \p x * 2^33, in [-32, 32]: the greatest
-/// eight bit patterns round up to 32.
+/// \return a repeatable pseudo-random value made of the bits of \p x * 2^33, a NaN's too, in [-32,
+/// 32]: the greatest eight bit patterns round up to 32.
 float hash_noise_float(float x);

@@ -4,7 +4,8 @@
 
 #include <cstdint>
 
-/// A growable text that owns its bytes. All zero is a valid empty buffer.
+/// A growable text that owns its bytes. All zero is a valid empty buffer; the fields are changed by
+/// the functions below only.
 struct string_buffer {
     char *data;            ///< `length` bytes and a NUL; null while nothing was ever appended
     std::int32_t capacity; ///< bytes allocated at `data`

@@ -1,5 +1,6 @@
 /// \file
-/// Percent-encoding of a text (RFC 3986 section 2.1, with this system's own set of plain bytes).
+/// Percent-encoding of a text (RFC 3986 section 2.1, with this system's own set of plain bytes, the
+/// safe and extra ones of RFC 1738 but for "'").
 #pragma once
 
 /// Copies \p source, keeping ASCII letters, digits and the characters of "$-_.+!*(),"; every other

@@ -1,5 +1,6 @@
 /// \file
-/// Words of a text and words of a name.
+/// Words of a text and words of a name. The character classes are the standard library's, in the
+/// locale in force.
 #pragma once
 
 /// Copies \p source from its last word on. From the second character on, an upper-case letter
@@ -24,7 +25,9 @@ int compare_first_words(const char *first, const char *second);
 
 /// Copies word \p n of \p source, counted from 0, to \p destination. Words stand between runs of
 /// space, tab, line feed and backslash. A negative \p n counts as 0. Only the first 2047 bytes of
-/// the source are looked at. Uses the standard library's tokenizer (strtok) and its state.
+/// the source are looked at; a longer one is cut there, a word too. The destination needs the
+/// word's length and a NUL, at most 2048 bytes; it may be the source. Uses the standard library's
+/// tokenizer (strtok) and its state.
 /// \return the word's byte offset in \p source; -1, with an empty destination, when there is no
 /// such word.
 int nth_word(const char *source, int n, char *destination);

@@ -13,5 +13,6 @@
 ///     above 0 and the first line has no place to break, the text starts on a fresh line and its
 ///     first character is overwritten: pass a text that begins with a blank.
 ///
-/// A word longer than a line stays whole. The call ends for every width, indent and column.
+/// A word longer than a line stays whole. The call ends for every width, indent and column,
+/// negative ones and the ends of the integers among them.
 void wrap_text_in_place(char *text, int width, int indent, int first_column);

@@ -15,8 +15,10 @@ struct CorvellaAbortException {
 /// Raises an internal error: records "file:line: assertion failed: expression" (cut at 4095
 /// characters), reports one fixed sentence at level 9 and throws. The user never sees the
 /// expression. Deliberately the exception always carries the file "support/error", the line 429
-/// and the code 5, whichever assertion failed.
+/// and the code 5, whichever assertion failed. Should the message hook end the process or throw,
+/// that comes first.
 [[noreturn]] void assertion_failed(const char *expression, const char *file, int line);
 
-/// Throws a CorvellaAbortException. \p file must have static lifetime.
+/// Throws a CorvellaAbortException that carries the three. \p file is not copied: it must have
+/// static lifetime, and may be null.
 [[noreturn]] void throw_abort(int code, const char *file, int line);

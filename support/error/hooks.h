@@ -1,5 +1,8 @@
 /// \file
 /// Where messages and raw texts go: two replaceable hooks and the four ready-made ones.
+///
+/// A hook gets texts that are valid only during its call. It may call the facility itself, and must
+/// then see to it that this ends; it may throw, and the message is not counted then.
 #pragma once
 
 /// Receives the texts of write_raw_message() with their tags.

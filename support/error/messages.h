@@ -20,9 +20,10 @@
 ///
 /// The expanded text, cut at 1023 characters, is composed into the line "label: text\n" (cut at
 /// 1023 characters too), which goes through print_indented() and record_timestamped_line(). At
-/// levels 1 to 10 the message hook then gets the level and the text itself. With the default hooks
-/// the user thus sees each message twice, which is deliberate; so are the empty line behind a text
-/// that brings its own newline, and the line that begins with ": " at levels 1 and 6.
+/// levels 1 to 10 the message hook then gets the level, the 8 of an unknown one, and the text
+/// itself. With the default hooks the user thus sees each message twice, which is deliberate; so
+/// are the empty line behind a text that brings its own newline, and the line that begins with ": "
+/// at levels 1 and 6.
 ///
 /// At level 10 the default message hook ends the process with exit status 1.
 ///
@@ -34,14 +35,14 @@
 /// Trailing line feeds of \p text are dropped and at most \p buffer_size - 20 characters of it are
 /// kept, so that label and bell always fit. A buffer of 20 bytes or fewer holds nothing of the
 /// text: the rest of the line is cut to the buffer. The result is NUL-terminated in every case
-/// but one: a \p buffer_size below 1 writes nothing.
+/// but one: a \p buffer_size below 1 writes nothing, and \p buffer may then be null.
 ///
 /// \return the number of characters stored, not counting the NUL.
 int format_message_line(int level, const char *text, char *buffer, int buffer_size);
 
 /// Hands a finished text and a tag to the time-stamp recorder (the text only) and to the output
-/// hook. An empty text does nothing at all. \p tag may be null where the output hook in force
-/// allows it.
+/// hook, whole. An empty text does nothing at all. \p tag may be null where the output hook in
+/// force allows it.
 void write_raw_message(const char *text, const char *tag);
 
 /// \return how many calls of report_message() have come back so far. Wraps to the least 32-bit

@@ -8,9 +8,10 @@
 ///
 /// The text starts with as many '.' characters as the print indent says; the same number follows
 /// each newline that has something behind it. The expanded text is cut at 65,535 characters less
-/// the indent, the output with its dots at 65,536 bytes. Nothing is allocated.
+/// the indent, the output with its dots at 65,536 bytes. Nothing is allocated: the call needs 128
+/// KiB of stack.
 ///
-/// \return the result of the flush.
+/// \return the result of the flush: 0, or EOF when what was printed may not have arrived.
 [[gnu::format(printf, 1, 2)]] int print_indented(const char *format, ...);
 
 /// Selects where print_indented() writes; null selects standard error. The stream stays the
@@ -20,5 +21,6 @@ void set_print_stream(std::FILE *stream);
 /// \return the stream in force, or null before the first set_print_stream() and the first print.
 std::FILE *get_print_stream();
 
-/// Sets the number of '.' characters before each printed line. A negative \p n counts as 0.
+/// Sets the number of '.' characters before each printed line. A negative \p n counts as 0; from
+/// 65,536 on there are only dots.
 void set_print_indent(int n);

@@ -48,6 +48,16 @@ TEST(Base64, EncodesTheExamplesOfItsStandard)
     }
 }
 
+TEST(Base64, ReadsNothingOfASourceOfNoBytes)
+{
+    for (const int n : {0, -1, INT_MIN}) {
+        char area[2] = {'~', '~'};
+        EXPECT_EQ(base64_encode(nullptr, n, area), area) << n;
+        EXPECT_EQ(area[0], '\0') << n;
+        EXPECT_EQ(area[1], '~') << n;
+    }
+}
+
 TEST(Base64, UsesTheWholeAlphabetInOrder)
 {
     std::string source;

@@ -29,6 +29,15 @@ TEST(NthWord, FindsTheWordsBetweenRunsOfDelimiters)
     expect_nth_word(text, 3, -1, "");
 }
 
+TEST(NthWord, MayOverwriteItsSource)
+{
+    char text[] = "  one\ttwo\\three ";
+    EXPECT_EQ(nth_word(text, 2, text), 10);
+    EXPECT_STREQ(text, "three");
+    EXPECT_EQ(nth_word(text, 1, text), -1);
+    EXPECT_STREQ(text, "");
+}
+
 TEST(NthWord, TakesMixedRunsOfDelimitersAsOne)
 {
     const std::string text = "\\\n\t a \t\\\n b\n\n";

@@ -1,0 +1,112 @@
+// Calls whose arguments or state no ordinary program has: counts and indices outside the vector, a
+// position outside its element, records and option characters that mean something else.
+#include "support/options.h"
+#include "tests/support/options/arguments.h"
+
+#include <climits>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+class OddCall : public OptionsTest {};
+
+} // namespace
+
+TEST_F(OddCall, WithANegativeCountIsAtTheEnd)
+{
+    for (const int count : {-1, -2, INT_MIN}) {
+        Arguments args{"prog", "-a"};
+        option_index = 0;
+        EXPECT_EQ(get_options(count, args.vector(), "a"), -1) << count;
+        EXPECT_EQ(option_index, 0) << count;
+    }
+}
+
+TEST_F(OddCall, WithAnIndexOutsideTheVectorIsAtTheEnd)
+{
+    for (const int index : {-1, INT_MIN, 2, 3, INT_MAX}) {
+        Arguments args{"prog", "-a"};
+        option_index = index;
+        EXPECT_EQ(get_options(args.count(), args.vector(), "a"), -1) << index;
+        EXPECT_EQ(option_index, index);
+    }
+}
+
+TEST_F(OddCall, WithAnIndexThatTheCallerMovedLooksThere)
+{
+    Arguments args{"prog", "-a", "skipped", "-b"};
+    EXPECT_EQ(get_options(args.count(), args.vector(), "ab"), 'a');
+    option_index = 3;
+    EXPECT_EQ(get_options(args.count(), args.vector(), "ab"), 'b');
+    EXPECT_EQ(get_options(args.count(), args.vector(), "ab"), -1);
+}
+
+// Within the cluster "-abc" the position is 3 when the caller turns to "-a", which has none.
+TEST_F(OddCall, WithAPositionBehindTheElementStartsTheElement)
+{
+    Arguments args{"prog", "-abc", "-a"};
+    EXPECT_EQ(get_options(args.count(), args.vector(), "abc"), 'a');
+    EXPECT_EQ(get_options(args.count(), args.vector(), "abc"), 'b');
+    option_index = 2;
+    EXPECT_EQ(get_options(args.count(), args.vector(), "abc"), 'a');
+    EXPECT_EQ(get_options(args.count(), args.vector(), "abc"), -1);
+    EXPECT_EQ(option_index, 3);
+}
+
+TEST_F(OddCall, WithAPositionThatNoScanHasStartsTheElement)
+{
+    for (const int position : {-1, INT_MIN, 100, INT_MAX}) {
+        Arguments args{"prog", "-a"};
+        option_index = 1;
+        option_position = position;
+        EXPECT_EQ(get_options(args.count(), args.vector(), "a"), 'a') << position;
+    }
+}
+
+// Deliberate: only an index of 0 starts a scan. With any other one the position is still the 0 of
+// the beginning, where the element has its dash.
+TEST_F(OddCall, ReadsTheDashAsAnOptionWhereAScanIsBegunAtElementOne)
+{
+    Arguments args{"prog", "-a"};
+    option_index = 1;
+    int result = 0;
+    EXPECT_EQ(diagnostics_of([&] { result = get_options(args.count(), args.vector(), "a"); }),
+              "prog: invalid option -- `--'\n");
+    EXPECT_EQ(result, '?');
+    EXPECT_EQ(get_options(args.count(), args.vector(), "a"), 'a');
+}
+
+TEST_F(OddCall, TakesEveryOtherKindOfArgumentForNone)
+{
+    for (const int kind : {3, -1, INT_MIN, INT_MAX}) {
+        const long_option table[] = {{"all", kind, nullptr, 7}, {nullptr, 0, nullptr, 0}};
+        Arguments args{"prog", "--all=x", "y"};
+        option_index = 0;
+        option_argument = args.vector()[0];
+        EXPECT_EQ(get_long_options(args.count(), args.vector(), "", table, nullptr), 7) << kind;
+        EXPECT_EQ(option_argument, nullptr) << kind;
+        EXPECT_EQ(option_index, 2) << kind;
+    }
+}
+
+// Deliberate: the option characters are searched for whatever was typed. The result is the one of a
+// missing argument, but nothing is said.
+TEST_F(OddCall, FindsAColonAmongTheOptionCharacters)
+{
+    Arguments args{"prog", "-:"};
+    int result = 0;
+    EXPECT_EQ(diagnostics_of([&] { result = get_options(args.count(), args.vector(), "o:"); }), "");
+    EXPECT_EQ(result, ':');
+    EXPECT_EQ(option_index, 2);
+}
+
+TEST_F(OddCall, FindsNoColonWhereNoOptionTakesAnArgument)
+{
+    Arguments args{"prog", "-:"};
+    int result = 0;
+    EXPECT_EQ(diagnostics_of([&] { result = get_options(args.count(), args.vector(), "o"); }),
+              "prog: invalid option -- `-:'\n");
+    EXPECT_EQ(result, '?');
+}
