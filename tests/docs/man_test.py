@@ -1,0 +1,64 @@
+"""man_test.py SOURCE_DIR BUILD_DIR VERSION: the man pages.
+
+They are well-formed, name the version, and corvella(3) names every public function and no other.
+Status 77 without mandoc.
+"""
+
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).parent))
+import headers  # noqa: E402
+
+SECTIONS = {
+    1: ("NAME", "SYNOPSIS", "DESCRIPTION", "ENVIRONMENT", "FILES", "EXIT STATUS", "EXAMPLES",
+        "DIAGNOSTICS", "SEE ALSO", "STANDARDS", "CAVEATS", "SECURITY CONSIDERATIONS"),
+    3: ("NAME", "LIBRARY", "SYNOPSIS", "DESCRIPTION", "RETURN VALUES", "EXAMPLES", "SEE ALSO",
+        "STANDARDS", "CAVEATS"),
+}
+
+
+def complaints(sources, build, version):
+    for section, titles in SECTIONS.items():
+        page = build / "docs" / "man" / f"corvella.{section}"
+        lint = subprocess.run(["mandoc", "-T", "lint", "-W", "warning", page],
+                              capture_output=True, text=True, timeout=60, check=False)
+        if lint.returncode != 0 or lint.stdout or lint.stderr:
+            yield f"{page}: {lint.stdout}{lint.stderr}"
+        text = page.read_text(encoding="utf-8")
+        if re.search(r"@\w+@", text):
+            yield f"{page}: something is not filled in"
+        if f'.Os "Corvella {version}"\n' not in text:
+            yield f"{page}: another version than {version}"
+        found = tuple(re.findall(r"^\.Sh (.*)$", text, re.MULTILINE))
+        if found != titles:
+            yield f"{page}: its sections are {found}"
+
+    page = build / "docs" / "man" / "corvella.3"
+    described = set()
+    for line in re.findall(r"^\.It (Fn .*)$", page.read_text(encoding="utf-8"), re.MULTILINE):
+        described.update(re.findall(r"Fn (\w+)", line))
+    # The hooks that come with the facility stand in a sentence.
+    described.update(re.findall(r"^\.Fn (\w+)", page.read_text(encoding="utf-8"), re.MULTILINE))
+    described.discard("free")
+    declared = headers.public_functions(sources)
+    for name in sorted(declared - described):
+        yield f"{page}: does not name {name}"
+    for name in sorted(described - declared):
+        yield f"{page}: names {name}, which is no public function"
+
+
+def main():
+    if shutil.which("mandoc") is None:
+        print("skipped: not installed: mandoc")
+        return 77
+    found = list(complaints(pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2]), sys.argv[3]))
+    for complaint in found:
+        print(complaint)
+    return 1 if found else 0
+
+
+sys.exit(main())
