@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 
 #include "support/error/bounded_text.h"
 #include "support/error/messages.h"

@@ -1,6 +1,7 @@
 """man_test.py SOURCE_DIR BUILD_DIR VERSION: the man pages.
 
-They are well-formed, name the version, and corvella(3) names every public function and no other.
+They are well-formed, name the version and are installed, and corvella(3) names every public
+function and no other.
 Status 77 without mandoc.
 """
 
@@ -9,6 +10,7 @@ import re
 import shutil
 import subprocess
 import sys
+import tempfile
 
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 import headers  # noqa: E402
@@ -36,6 +38,14 @@ def complaints(sources, build, version):
         found = tuple(re.findall(r"^\.Sh (.*)$", text, re.MULTILINE))
         if found != titles:
             yield f"{page}: its sections are {found}"
+
+    with tempfile.TemporaryDirectory() as prefix:
+        subprocess.run(["cmake", f"-DCMAKE_INSTALL_PREFIX={prefix}", "-P",
+                        build / "docs" / "cmake_install.cmake"],
+                       capture_output=True, timeout=60, check=True)
+        for section in SECTIONS:
+            if not (pathlib.Path(prefix) / f"share/man/man{section}/corvella.{section}").exists():
+                yield f"corvella({section}) is not installed"
 
     page = build / "docs" / "man" / "corvella.3"
     described = set()

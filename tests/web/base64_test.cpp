@@ -166,4 +166,7 @@ TEST(Base64EncodedLength, WrapsWhereItIsTooLarge)
 {
     EXPECT_EQ(base64_encoded_length(1610612734), INT32_MIN);
     EXPECT_EQ(base64_encoded_length(INT_MAX), -1431655764); // 2863311532 less 2 to the 32nd
+    EXPECT_EQ(base64_encoded_length(-1610612740), INT32_MIN);
+    EXPECT_EQ(base64_encoded_length(-1610612741), 2147483644); // 2 to the 32nd less 2147483652
+    EXPECT_EQ(base64_encoded_length(INT_MIN), 1431655768);     // 2 to the 32nd less 2863311528
 }
