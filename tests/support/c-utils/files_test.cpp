@@ -208,6 +208,15 @@ TEST_F(CloseFile, DoesNothingForNull)
     EXPECT_EQ(open_file_count, before);
 }
 
+// Deliberate: it does not ask where the stream comes from.
+TEST_F(CloseFile, CountsDownForAStreamOfAnotherOriginToo)
+{
+    const std::int32_t before = open_file_count;
+    EXPECT_EQ(close_file(std::fopen("/dev/null", "r")), 0);
+    EXPECT_EQ(open_file_count, before - 1);
+    open_file_count = before;
+}
+
 TEST_F(CloseFile, WritesWhatWasBuffered)
 {
     const std::string path = directory.path("x");

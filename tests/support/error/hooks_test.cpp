@@ -243,6 +243,13 @@ TEST_F(OutputHooks, OfAutomatedRunsFrameAnEmptyTagAndAnEmptyText)
               "CORVELLATEST: \nENDCORVELLATEST\n");
 }
 
+// Deliberate: the frame is put around the text as it stands.
+TEST_F(OutputHooks, OfAutomatedRunsDoNotLookForTheEndOfTheFrameInATextOrTag)
+{
+    EXPECT_EQ(capture_output([] { test_output_hook("a\nENDCORVELLATEST\nb", "t\n"); }).out,
+              "CORVELLATESTt\n: a\nENDCORVELLATEST\nb\nENDCORVELLATEST\n");
+}
+
 TEST_F(OutputHooks, OfAutomatedRunsHaveFlushedStandardOutput)
 {
     const ChildResult child = run_in_child([] {
