@@ -23,9 +23,25 @@ SECTIONS = {
 }
 
 
+def page_of(build, section):
+    """The page as it is installed: with the program's lists, where the build makes them."""
+    generated = build / "tool" / "generate" / f"corvella.{section}"
+    return generated if generated.exists() else build / "docs" / "man" / f"corvella.{section}"
+
+
+def installs(build, section):
+    """Whether the build's rules put the page where man looks for it."""
+    with tempfile.TemporaryDirectory() as prefix:
+        for folder in ("docs", "tool"):
+            script = build / folder / "cmake_install.cmake"
+            subprocess.run(["cmake", f"-DCMAKE_INSTALL_PREFIX={prefix}", "-P", script],
+                           capture_output=True, timeout=60, check=True)
+        return (pathlib.Path(prefix) / f"share/man/man{section}/corvella.{section}").exists()
+
+
 def complaints(sources, build, version):
     for section, titles in SECTIONS.items():
-        page = build / "docs" / "man" / f"corvella.{section}"
+        page = page_of(build, section)
         lint = subprocess.run(["mandoc", "-T", "lint", "-W", "warning", page],
                               capture_output=True, text=True, timeout=60, check=False)
         if lint.returncode != 0 or lint.stdout or lint.stderr:
@@ -39,13 +55,8 @@ def complaints(sources, build, version):
         if found != titles:
             yield f"{page}: its sections are {found}"
 
-    with tempfile.TemporaryDirectory() as prefix:
-        subprocess.run(["cmake", f"-DCMAKE_INSTALL_PREFIX={prefix}", "-P",
-                        build / "docs" / "cmake_install.cmake"],
-                       capture_output=True, timeout=60, check=True)
-        for section in SECTIONS:
-            if not (pathlib.Path(prefix) / f"share/man/man{section}/corvella.{section}").exists():
-                yield f"corvella({section}) is not installed"
+        if not installs(build, section):
+            yield f"corvella({section}) is not installed"
 
     page = build / "docs" / "man" / "corvella.3"
     described = set()

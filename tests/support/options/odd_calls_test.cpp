@@ -1,5 +1,5 @@
-// Calls whose arguments or state no ordinary program has: counts and indices outside the vector, a
-// position outside its element, records and option characters that mean something else.
+// Calls that no ordinary program makes: counts below zero, a scan begun elsewhere than at 0, records
+// and option characters that mean something else.
 #include "support/options.h"
 #include "tests/support/options/arguments.h"
 
@@ -21,47 +21,6 @@ TEST_F(OddCall, WithANegativeCountIsAtTheEnd)
         option_index = 0;
         EXPECT_EQ(get_options(count, args.vector(), "a"), -1) << count;
         EXPECT_EQ(option_index, 0) << count;
-    }
-}
-
-TEST_F(OddCall, WithAnIndexOutsideTheVectorIsAtTheEnd)
-{
-    for (const int index : {-1, INT_MIN, 2, 3, INT_MAX}) {
-        Arguments args{"prog", "-a"};
-        option_index = index;
-        EXPECT_EQ(get_options(args.count(), args.vector(), "a"), -1) << index;
-        EXPECT_EQ(option_index, index);
-    }
-}
-
-TEST_F(OddCall, WithAnIndexThatTheCallerMovedLooksThere)
-{
-    Arguments args{"prog", "-a", "skipped", "-b"};
-    EXPECT_EQ(get_options(args.count(), args.vector(), "ab"), 'a');
-    option_index = 3;
-    EXPECT_EQ(get_options(args.count(), args.vector(), "ab"), 'b');
-    EXPECT_EQ(get_options(args.count(), args.vector(), "ab"), -1);
-}
-
-// Within the cluster "-abc" the position is 3 when the caller turns to "-a", which has none.
-TEST_F(OddCall, WithAPositionBehindTheElementStartsTheElement)
-{
-    Arguments args{"prog", "-abc", "-a"};
-    EXPECT_EQ(get_options(args.count(), args.vector(), "abc"), 'a');
-    EXPECT_EQ(get_options(args.count(), args.vector(), "abc"), 'b');
-    option_index = 2;
-    EXPECT_EQ(get_options(args.count(), args.vector(), "abc"), 'a');
-    EXPECT_EQ(get_options(args.count(), args.vector(), "abc"), -1);
-    EXPECT_EQ(option_index, 3);
-}
-
-TEST_F(OddCall, WithAPositionThatNoScanHasStartsTheElement)
-{
-    for (const int position : {-1, INT_MIN, 100, INT_MAX}) {
-        Arguments args{"prog", "-a"};
-        option_index = 1;
-        option_position = position;
-        EXPECT_EQ(get_options(args.count(), args.vector(), "a"), 'a') << position;
     }
 }
 
