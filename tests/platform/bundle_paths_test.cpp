@@ -181,9 +181,11 @@ TEST_F(MainBundlePath, IsTheBufferAlsoWhenThePathDoesNotFit)
 TEST_F(MainBundlePath, WritesNothingIntoABufferOfNoBytes)
 {
     set_main_bundle(tool_parts());
-    GuardedBuffer none(0);
-    EXPECT_EQ(main_bundle_path(none.data(), 0, bundle_itself, nullptr), none.data());
-    EXPECT_TRUE(none.is_untouched());
+    for (const int size : {0, -1, INT_MIN}) {
+        GuardedBuffer none(0);
+        EXPECT_EQ(main_bundle_path(none.data(), size, bundle_itself, nullptr), none.data());
+        EXPECT_TRUE(none.is_untouched()) << size;
+    }
 }
 
 TEST_F(MainBundlePath, IsTheBufferAlsoWhenTheEncodingLacksACharacter)
