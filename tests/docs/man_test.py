@@ -42,6 +42,9 @@ def installs(build, section):
 def complaints(sources, build, version):
     for section, titles in SECTIONS.items():
         page = page_of(build, section)
+        if not page.exists():
+            yield f"{page} is not built"
+            return
         lint = subprocess.run(["mandoc", "-T", "lint", "-W", "warning", page],
                               capture_output=True, text=True, timeout=60, check=False)
         if lint.returncode != 0 or lint.stdout or lint.stderr:
