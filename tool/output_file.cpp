@@ -78,7 +78,10 @@ bool is_standard_output(const struct stat &status)
 bool write_directly(const char *path, std::string_view bytes)
 {
     std::FILE *const file = std::fopen(path, "w");
-    return (file != nullptr && write_all(file, bytes)) || report_failure(path);
+    if (file == nullptr || !write_all(file, bytes)) {
+        return report_failure(path);
+    }
+    return true;
 }
 
 /// Writes the new file, open at \p descriptor, and puts it in the place of \p path.
@@ -100,6 +103,9 @@ bool write_output_file(const char *path, std::string_view bytes)
 {
     struct stat status;
     const bool exists = stat(path, &status) == 0;
+    if (!exists && errno != ENOENT) {
+        return report_failure(path); // links in a circle, say, which are not to be replaced
+    }
     if (exists && is_standard_output(status)) {
         return write_standard_output(bytes);
     }

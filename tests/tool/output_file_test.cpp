@@ -114,6 +114,37 @@ TEST(OutputOption, MakesTheFileThatALinkLeadsTo)
     EXPECT_EQ(directory.read("page"), "body");
 }
 
+// The system follows no more, and then there is nothing that could be replaced.
+TEST(OutputOption, FollowsAsManyLinksAsTheSystem)
+{
+    const TemporaryDirectory directory;
+    directory.write("0", "old");
+    for (int i = 1; i <= 41; ++i) {
+        ASSERT_EQ(symlink(std::to_string(i - 1).c_str(), directory.path(std::to_string(i)).c_str()),
+                  0);
+    }
+    EXPECT_EQ(get_into(directory.path("40"), "new").exit_status, 0);
+    EXPECT_EQ(directory.read("0"), "new");
+    const ProgramResult result = get_into(directory.path("41"), "newer");
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_TRUE(contains(result.err, "Too many levels of symbolic links")) << result.err;
+    EXPECT_EQ(directory.read("0"), "new");
+    EXPECT_TRUE(is_link(directory.path("1")));
+}
+
+TEST(OutputOption, LinksThatLeadNowhereStayAsTheyAre)
+{
+    const TemporaryDirectory directory;
+    ASSERT_EQ(symlink("b", directory.path("a").c_str()), 0);
+    ASSERT_EQ(symlink("a", directory.path("b").c_str()), 0);
+    const ProgramResult result = get_into(directory.path("a"), "body");
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_TRUE(contains(result.err, "Too many levels of symbolic links")) << result.err;
+    EXPECT_EQ(directory.names(), (Names{"a", "b"}));
+    EXPECT_TRUE(is_link(directory.path("a")));
+    EXPECT_TRUE(is_link(directory.path("b")));
+}
+
 TEST(OutputOption, LeavesEveryOtherFileAlone)
 {
     const TemporaryDirectory directory;
@@ -203,6 +234,14 @@ public:
     {
         return directory_.read("log");
     }
+    std::string write_beside(const std::string &name, const std::string &text) const
+    {
+        return directory_.write(name, text);
+    }
+    std::string read_beside(const std::string &name) const
+    {
+        return directory_.read(name);
+    }
     Names names() const
     {
         return directory_.names();
@@ -268,6 +307,19 @@ void allow_small_files_only()
     const rlimit limit = {4096, 4096};
     setrlimit(RLIMIT_FSIZE, &limit);
     std::signal(SIGXFSZ, SIG_IGN);
+}
+
+// Two files of one file system; and no standard output at all.
+TEST(OutputOption, AnExistingFileIsNotTakenForStandardOutput)
+{
+    const RedirectedOutput output(O_APPEND);
+    EXPECT_EQ(get_into(output.write_beside("page", "old"), "new", output.options()).exit_status, 0);
+    EXPECT_EQ(output.text(), "earlier\n");
+    EXPECT_EQ(output.read_beside("page"), "new");
+    ProgramOptions closed;
+    closed.out = CLOSED;
+    EXPECT_EQ(get_into(output.write_beside("page", "old"), "newer", closed).exit_status, 0);
+    EXPECT_EQ(output.read_beside("page"), "newer");
 }
 
 TEST(OutputOption, AFullDiskLeavesNothingBehind)
