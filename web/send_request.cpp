@@ -59,7 +59,7 @@ void send_text(request_sender &sender, std::string_view text, bool more)
         } else if (deadline_passed(deadline)) {
             sender.result = wait_result::timed_out;
         }
-        if (!text.empty() && web_cancel_requested != 0) {
+        if (web_cancel_requested != 0) {
             sender.result = wait_result::cancelled;
         }
     }

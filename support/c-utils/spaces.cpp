@@ -10,9 +10,9 @@ namespace {
 bool takes_a_space(const char *kept, std::size_t length)
 {
     if (length == 0) {
-        return false;
+        return false; // so that the first character kept is never a space
     }
-    return kept[length - 1] != ' ' || (length >= 2 && kept[length - 2] == '.');
+    return kept[length - 1] != ' ' || kept[length - 2] == '.';
 }
 
 } // namespace

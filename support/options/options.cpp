@@ -160,8 +160,7 @@ bool find_long_option(const option_scan &scan, found_option &found)
 {
     const char *const element = current_element(scan);
     const bool two_dashes = element[0] == '-' && element[1] == '-';
-    if (scan.long_options == nullptr || option_position != 1 ||
-        !(two_dashes || (scan.long_only && element[0] != '\0'))) {
+    if (scan.long_options == nullptr || option_position != 1 || !(two_dashes || scan.long_only)) {
         return true;
     }
     option_position = two_dashes ? 2 : 1;
