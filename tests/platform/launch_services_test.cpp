@@ -85,6 +85,15 @@ TEST_F(OpenUrl, OpensNothingWhenNoUrlCanBeMade)
     EXPECT_EQ(stand_ins.opened, Texts{});
 }
 
+TEST_F(OpenUrl, AsksForNoUrlOfANegativeLength)
+{
+    for (const long length : {-1L, LONG_MIN}) {
+        EXPECT_EQ(open_url("http://a.example/", length), no_url);
+    }
+    EXPECT_TRUE(stand_ins.calls_of("CFURLCreateWithBytes").empty());
+    EXPECT_EQ(stand_ins.opened, Texts{});
+}
+
 TEST_F(OpenUrl, GivesBackTheStatusUnchanged)
 {
     for (const int status : {0, 1, -1, -43, -10814, INT_MAX, INT_MIN}) {

@@ -80,6 +80,22 @@ TEST(DescribeCommand, FramesItsResultInAnAutomatedRun)
     EXPECT_TRUE(contains(result.out, "Mac OS X\nENDCORVELLATEST\n")) << result.out;
 }
 
+TEST(DescribeCommand, DoesNotKnowACommandLineWithoutTheProgramsName)
+{
+    const ProgramResult result =
+        run_program({"bash", "-c", "exec -a '' \"$0\" describe", corvella_path()});
+    EXPECT_EQ(result.exit_status, 0) << result.err;
+    EXPECT_TRUE(contains(result.out, "Command line: unknown\n")) << result.out;
+}
+
+TEST(DescribeCommand, TakesNoArguments)
+{
+    const ProgramResult result = run_corvella({"describe", "more"});
+    EXPECT_EQ(result.exit_status, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(contains(result.err, "describe takes no arguments.")) << result.err;
+}
+
 #ifndef __APPLE__
 TEST(OpenCommand, FailsWhereThereIsNoDesktop)
 {

@@ -1,6 +1,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "tests/harness/temporary_directory.h"
@@ -64,6 +65,38 @@ TEST(StandardOutput, ThatIsFullIsAFailure)
 {
     const FullDevice full;
     expect_failures_with_output_to(full.descriptor());
+}
+
+TEST(StandardOutput, ThatIsFullIsAFailureOfABodyBeyondEveryBuffer)
+{
+    const FullDevice full;
+    ProgramOptions options;
+    options.out = full.descriptor();
+    ScriptedServer server(replying(good_reply(std::string(300'000, 'x'))));
+    const ProgramResult result = run_corvella({"get", url_of(server)}, options);
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_TRUE(contains(result.err, "No space left on device")) << result.err;
+}
+
+TEST(StandardOutput, ThatHasRoomForNoMoreThanTheHeaderIsAFailure)
+{
+    const TemporaryDirectory directory;
+    const std::string header = "HTTP/1.0 200 OK\r\nA: " + std::string(4077, 'b') + "\r\n\r";
+    ASSERT_EQ(header.size(), 4100U);
+    const int log = open(directory.write("log", "").c_str(), O_WRONLY);
+    ProgramOptions options;
+    options.out = log;
+    options.prepare = [] {
+        const rlimit limit = {4100, 4100};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        std::signal(SIGXFSZ, SIG_IGN);
+    };
+    ScriptedServer server(replying(header + "\nbody"));
+    const ProgramResult result = run_corvella({"get", "-header", url_of(server)}, options);
+    close(log);
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_TRUE(contains(result.err, "File too large")) << result.err;
+    EXPECT_EQ(directory.read("log"), header);
 }
 
 TEST(StandardOutput, ThatIsClosedIsAFailure)

@@ -59,6 +59,32 @@ TEST(UpdateCommand, TakesItsOptionsInAnyOrderAndForm)
               "&machine%5fid=m&processor%5farch=ppc");
 }
 
+TEST(UpdateCommand, TakesNoOperand)
+{
+    const ProgramResult result =
+        run_corvella({"update", "P", "-product", "P", "-productline", "L", "-version", "5.1"});
+    EXPECT_EQ(result.exit_status, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(contains(result.err, "update takes options only.")) << result.err;
+}
+
+TEST(UpdateCommand, NeedsEachOfTheThreeThatDescribeTheProduct)
+{
+    const Arguments cases[] = {
+        {"update"},
+        {"update", "-productline", "L", "-version", "5.1"},
+        {"update", "-product", "P", "-version", "5.1"},
+        {"update", "-product", "P", "-productline", "L"},
+    };
+    for (const Arguments &arguments : cases) {
+        const ProgramResult result = run_corvella(arguments);
+        EXPECT_EQ(result.exit_status, 2) << arguments.size();
+        EXPECT_EQ(result.out, "");
+        EXPECT_TRUE(contains(result.err, "update needs -product, -productline and -version."))
+            << result.err;
+    }
+}
+
 TEST(UpdateCommand, TakesTheProductsVersionWhereverItStands)
 {
     const Arguments cases[] = {

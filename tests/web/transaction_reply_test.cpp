@@ -186,6 +186,39 @@ TEST_F(ReplyHeader, RetriesAnInterruptedReceiveAtOnceWithoutWaiting)
     EXPECT_EQ(web_cancel_requested, 1);
 }
 
+// As when signals keep coming faster than the byte.
+TEST_F(ReplyHeader, GivesUpAReceiveThatIsInterruptedForTenSeconds)
+{
+    network.events = {data("A"),     receive_error(EINTR), clock_step(9999), receive_error(EAGAIN),
+                      clock_step(1), receive_error(EINTR), data("\n\nabc")};
+    const WebOutcome outcome = run({});
+    EXPECT_EQ(outcome.result, 1);
+    EXPECT_FALSE(outcome.header.has_value());
+    EXPECT_FALSE(outcome.body.has_value());
+    EXPECT_EQ(outcome.error, "Timeout waiting for web site");
+}
+
+TEST_F(ReplyHeader, TakesAByteThatComesAtTheVeryEndOfTheInterruptions)
+{
+    network.events = {data("A"),        receive_error(EINTR),
+                      clock_step(9999), receive_error(EAGAIN),
+                      data("\n\nabc"),  peer_closes()};
+    const WebOutcome outcome = run({});
+    EXPECT_EQ(outcome.result, 0);
+    EXPECT_EQ(outcome.header, "A\n");
+    EXPECT_EQ(outcome.body, "abc");
+}
+
+TEST_F(ReplyHeader, EndsWithTheFailureBehindAnInterruption)
+{
+    network.events = {data("A"), receive_error(EINTR), receive_error(EIO), peer_closes()};
+    const WebOutcome outcome = run({});
+    EXPECT_EQ(outcome.result, 0);
+    EXPECT_EQ(outcome.header, "A");
+    EXPECT_EQ(outcome.body, "");
+    EXPECT_EQ(outcome.error, receive_failure(EIO));
+}
+
 TEST_F(ReplyBody, ArrivesInAnyPieces)
 {
     EXPECT_EQ(body_of({}), "");
