@@ -1,7 +1,8 @@
-// What the program says and leaves when a call of the system fails that no arrangement of files
-// makes fail. The linker routes these calls of the tool's own sources through this file.
+// What the program says and leaves when something fails that no arrangement around the program
+// makes fail. The linker routes some calls of the tool's own objects through this file.
 #include "support/error.h"
 #include "tests/harness/temporary_directory.h"
+#include "tool/command_line.h"
 #include "tool/output_file.h"
 
 #include <cerrno>
@@ -135,4 +136,13 @@ TEST_F(OutputFileFault, OfALinkThatDoesNotFitReplacesTheLink)
     EXPECT_TRUE(write_output_file(directory_.path("link").c_str(), "new"));
     EXPECT_EQ(directory_.read("link"), "new");
     EXPECT_EQ(directory_.read("page"), "old");
+}
+
+// Some systems start a program so when whoever starts it gives no arguments at all.
+TEST(CommandLineFault, WithoutEvenTheProgramsNameIsAWrongOne)
+{
+    char *vector[] = {nullptr};
+    command_line line;
+    EXPECT_FALSE(read_command_line(0, vector, line));
+    EXPECT_EQ(line.command, nullptr);
 }

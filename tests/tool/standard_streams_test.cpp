@@ -81,13 +81,13 @@ TEST(StandardOutput, ThatIsFullIsAFailureOfABodyBeyondEveryBuffer)
 TEST(StandardOutput, ThatHasRoomForNoMoreThanTheHeaderIsAFailure)
 {
     const TemporaryDirectory directory;
-    const std::string header = "HTTP/1.0 200 OK\r\nA: " + std::string(4077, 'b') + "\r\n\r";
-    ASSERT_EQ(header.size(), 4100U);
+    const std::string header = "HTTP/1.0 200 OK\r\nA: " + std::string(65513, 'b') + "\r\n\r";
+    ASSERT_EQ(header.size(), 65536U);
     const int log = open(directory.write("log", "").c_str(), O_WRONLY);
     ProgramOptions options;
     options.out = log;
     options.prepare = [] {
-        const rlimit limit = {4100, 4100};
+        const rlimit limit = {65536, 65536};
         setrlimit(RLIMIT_FSIZE, &limit);
         std::signal(SIGXFSZ, SIG_IGN);
     };

@@ -8,7 +8,17 @@
 
 namespace {
 
-class MovedScan : public OptionsTest {};
+class MovedScan : public OptionsTest {
+protected:
+    MovedScan()
+    {
+        // A scan begun at index 0 forgets that an earlier one could not go on.
+        Arguments args{"prog"};
+        get_options(args.count(), args.vector(), "a");
+        option_index = 0;
+        option_position = 0;
+    }
+};
 
 } // namespace
 
