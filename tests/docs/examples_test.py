@@ -4,8 +4,8 @@ Every fence of C++ in a document is a whole program and compiles as it stands, w
 is run in an empty folder, and prints what the fence of text behind it shows. A program that begins
 with the comment "// name ARGUMENTS" gets these; the port 8080 of this machine among them stands for
 a stand-in of the maker's web service. Programs for Mac OS X are compiled only, against the
-stand-ins of its frameworks; a program without a fence of text behind it, and the one of corvella(3),
-are compiled and linked only.
+stand-ins of its frameworks; a program without a fence of text behind it, and the one of
+corvella(3), are compiled and linked only.
 """
 
 import http.server

@@ -1,5 +1,5 @@
-"""Lists of source lines with a reason each: paragraphs of a file's name, the line's text, what about
-it is explained, and the reason. Lines that begin with # are remarks."""
+"""Lists of source lines with a reason each: paragraphs of a file's name, the line's text, what
+about it is explained, and the reason. Lines that begin with # are remarks."""
 
 
 def read_explained(path):

@@ -113,7 +113,8 @@ class Source:
         if before in (";", "{", "}", ":"):
             return inside
         # A lambda's return type.
-        return re.search(r"\) -> [\w: *]+$", self.text[:self.tokens[index].start].rstrip()) is not None
+        before_brace = self.text[:self.tokens[index].start].rstrip()
+        return re.search(r"\) -> [\w: *]+$", before_brace) is not None
 
     def _ignore(self):
         for index, token in enumerate(self.tokens):
@@ -230,7 +231,8 @@ def removed_statements(source):
         first = index
         while True:
             before = source.text_at(first - 1)
-            if before in (")", "]", "}") and not (before == "}" and is_statement_end(source, first)):
+            ends_statement = before == "}" and is_statement_end(source, first)
+            if before in (")", "]", "}") and not ends_statement:
                 first = source.partner[first - 1]
             elif before in (";", "{", "}") or before == ":" and is_label(source, first - 1):
                 break
@@ -275,7 +277,8 @@ def mutants_of(file, text):
     lines = text.split("\n")
     counts = {}
     mutants = []
-    for start, end, replacement, name in sorted(changes, key=lambda change: change[:2] + change[3:]):
+    changes = sorted(changes, key=lambda change: change[:2] + change[3:])
+    for start, end, replacement, name in changes:
         line = text.count("\n", 0, start) + 1
         line_text = lines[line - 1].strip()
         number = counts[line_text, name] = counts.get((line_text, name), 0) + 1

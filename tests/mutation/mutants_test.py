@@ -31,8 +31,9 @@ class Mutants(unittest.TestCase):
             "statement removed [1]": ";        "})
 
     def test_brackets_of_templates_and_marks_of_pointers_are_no_operators(self):
-        for body in ("std::vector<char *> a;", "const char *const a = b;", "g(static_cast<int>(a));",
-                     "std::unique_ptr<char, void (*)(char *)> a(b);", "char &a = *b;"):
+        for body in ("std::vector<char *> a;", "const char *const a = b;",
+                     "g(static_cast<int>(a));", "std::unique_ptr<char, void (*)(char *)> a(b);",
+                     "char &a = *b;"):
             self.assertEqual(list(changes_of(body)), ["statement removed [1]"], body)
 
     def test_comments_directives_and_attributes_stay(self):

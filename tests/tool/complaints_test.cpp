@@ -166,9 +166,13 @@ TEST(Usage, HasALineForEverything)
              "  -arch NAME\t\tThe processor, if not this one's.\n",
              "  -open\t\t\tOpen the URL of the reply.\n",
              "\nGeneral options:\n  -automated\t\tFrame the output for an automated run.\n",
-             "  -help\t\t\tShow this text.\n",
+             "  -help\t\t\tShow how the program is used.\n",
              "  -version\t\tShow the program's version.\n",
-             "\nExit status: 0 done, 1 failed, 2 wrong usage, 3 time-out, 130 cancelled.\n",
+             "\nExit status:\n  0\t\t\tdone\n",
+             "  1\t\t\tfailed; the reason is on standard error\n",
+             "  2\t\t\tthe command line is wrong\n",
+             "  3\t\t\tthe web site said, or took, nothing for 10 seconds\n",
+             "  130\t\t\tcancelled with Ctrl-C\n",
          }) {
         EXPECT_TRUE(contains(usage, line)) << line;
     }

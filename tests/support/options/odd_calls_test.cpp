@@ -1,5 +1,5 @@
-// Calls that no ordinary program makes: counts below zero, a scan begun elsewhere than at 0, records
-// and option characters that mean something else.
+// Calls that no ordinary program makes: counts below zero, a scan begun elsewhere than at 0,
+// records and option characters that mean something else.
 #include "support/options.h"
 #include "tests/support/options/arguments.h"
 
