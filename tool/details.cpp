@@ -1,6 +1,5 @@
 #include "tool/details.h"
 
-#include <algorithm>
 #include <cstring>
 #include <string>
 #include <unistd.h>
@@ -18,16 +17,11 @@ constexpr char fixed_lines[] = "Accept: image/gif, image/x-xbitmap, image/jpeg, 
                                "User-Agent: Morvane_Auto1\n"
                                "Referer: www." CORVELLA_MAKER_DOMAIN "\n";
 
-/// Shows each line of a text, \p mark before it; what is empty is left out.
+/// Shows each line of a text, \p mark before it.
 void show_lines(char mark, const std::string &text)
 {
-    constexpr char line_ends[] = "\r\n";
-    const bool on_terminal = isatty(STDERR_FILENO) != 0;
-    for (std::size_t at = 0; (at = text.find_first_not_of(line_ends, at)) != std::string::npos;) {
-        const std::size_t end = std::min(text.find_first_of(line_ends, at), text.size());
-        const std::string line = text.substr(at, end - at);
-        print_indented("%c %s\n", mark, (on_terminal ? printable_text(line) : line).c_str());
-        at = end;
+    for (const std::string &line : lines_of(text)) {
+        print_indented("%c %s\n", mark, text_for(STDERR_FILENO, line).c_str());
     }
 }
 

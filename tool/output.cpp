@@ -1,11 +1,9 @@
 #include "tool/output.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <unistd.h>
-#include <vector>
 
 #include "support/c-utils.h"
 #include "support/error.h"
@@ -21,12 +19,6 @@ void report_lost_output()
     report_message(9, "Write of standard output failed: %s", std::strerror(errno));
 }
 
-/// What a stream gets of a text that a server may have a part in.
-std::string text_for(int descriptor, const std::string &text)
-{
-    return isatty(descriptor) != 0 ? printable_text(text) : text;
-}
-
 /// One frame a message, and one line a frame.
 int frame_message(int level, const char *text)
 {
@@ -34,18 +26,6 @@ int frame_message(int level, const char *text)
     line.erase(line.find_last_not_of('\n') + 1);
     line_breaks_to_spaces(line.c_str(), line.data());
     return test_message_hook(level, line.c_str());
-}
-
-/// The lines of a text without their ends; no line is empty.
-std::vector<std::string> lines_of(const std::string &text)
-{
-    std::vector<std::string> lines;
-    for (std::size_t at = 0; (at = text.find_first_not_of("\r\n", at)) != std::string::npos;) {
-        const std::size_t end = std::min(text.find_first_of("\r\n", at), text.size());
-        lines.push_back(text.substr(at, end - at));
-        at = end;
-    }
-    return lines;
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "tool/printable.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <unistd.h>
 
 namespace {
 
@@ -77,4 +79,20 @@ std::string printable_text(std::string_view text)
         text.remove_prefix(length);
     }
     return result;
+}
+
+std::string text_for(int descriptor, const std::string &text)
+{
+    return isatty(descriptor) != 0 ? printable_text(text) : text;
+}
+
+std::vector<std::string> lines_of(const std::string &text)
+{
+    std::vector<std::string> lines;
+    for (std::size_t at = 0; (at = text.find_first_not_of("\r\n", at)) != std::string::npos;) {
+        const std::size_t end = std::min(text.find_first_of("\r\n", at), text.size());
+        lines.push_back(text.substr(at, end - at));
+        at = end;
+    }
+    return lines;
 }
