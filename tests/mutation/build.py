@@ -19,7 +19,7 @@ PROGRAM = "tool/corvella"
 
 # A program that takes its time is run in so many shares at once: most of that time is waiting.
 SHARES = 6
-MEMORY_LIMIT = 3 << 30
+MEMORY_LIMIT = 6 << 30
 
 # Why a test program was ended. On a busy machine the second says little.
 PROCESSOR_TIME = "processor time"
@@ -30,10 +30,12 @@ LEFT_OUT = ("web_timeout_tests", "tool_timeout_tests")
 
 
 def tests_of(file):
-    """The folder with the tests of a product file: they mirror the tree."""
+    """The folders with the tests of a product file: they mirror the tree, but that what there is
+    for Mac OS X is tested together, with what of the web client stands on it."""
     if file.endswith("_macos.cpp"):
-        return "tests/platform/"
-    return "tests/" + os.path.dirname(file) + "/"
+        return ["tests/platform"]
+    folder = "tests/" + os.path.dirname(file)
+    return [folder, "tests/platform"] if file.startswith("web/") else [folder]
 
 
 def product_files(tree):
@@ -138,10 +140,8 @@ class Build:
         return archives
 
     def programs_of(self, file):
-        """The test programs of a file's folder."""
-        folder = tests_of(file)
-        return [name for name in self.links
-                if name.startswith(folder) and "/" not in name[len(folder):]
+        """The test programs of a file's folders."""
+        return [name for name in self.links if os.path.dirname(name) in tests_of(file)
                 and os.path.basename(name) not in LEFT_OUT]
 
     def objects_in(self, program):

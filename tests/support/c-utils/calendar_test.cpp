@@ -112,7 +112,7 @@ TEST(DateFromDayNumber, RepeatsEvery400Years)
     constexpr std::int32_t days_of_400_years = 146097;
     for (std::int32_t start = 2451545; start < 2451545 + days_of_400_years; start += 37) {
         const Sheet date = date_of(start);
-        for (const std::int32_t turns : {1, 10, 100, 1000, 3000}) {
+        for (const std::int32_t turns : {1, 10, 100, 1000, 3000, 14000}) {
             const Sheet later = {date.year + 400 * turns, date.month, date.day};
             ASSERT_EQ(date_of(start + turns * days_of_400_years), later) << start;
             ASSERT_EQ(day_number_from_date(later.year, later.month, later.day),
@@ -154,6 +154,17 @@ TEST(DayNumber, DividesTowardsZeroFarBeforeTheJulianPeriod)
     // By hand: a = (14 - 30) / 12 = -1, y = 2001, 1461 x 6801 / 4 = 2484065,
     // 367 x (30 - 12 - 2) / 12 = 489, 3 x 69 / 4 = 51.
     EXPECT_EQ(day_number_from_date(2000, 30, 1), 2484065 + 489 - 51 + 1 - 32075);
+}
+
+TEST(DateFromDayNumber, DividesTowardsZeroFarBeforeTheJulianPeriod)
+{
+    // By hand: l = -31431, k = 4 x -31431 / 146097 = 0, 3 / 4 = 0, i = 4000 x -31430 / 1461001 =
+    // -86, l = -31431 - (1461 x -86 / 4 = -31411) + 31 = 11, j = 880 / 2447 = 0, 100 x -49 - 86.
+    EXPECT_EQ(date_of(-100000), (Sheet{-4986, 2, 11}));
+    // By hand: l = -931431, k = -3725724 / 146097 = -25, l - (-3652422 / 4 = -913105) = -18326,
+    // i = 4000 x -18325 / 1461001 = -50, l = -18326 - (-73050 / 4 = -18262) + 31 = -33,
+    // j = -2640 / 2447 = -1, day = -33 - (-2447 / 80 = -30), month = -1 + 2, 100 x (-25 - 49) - 50.
+    EXPECT_EQ(date_of(-1000000), (Sheet{-7450, 1, -3}));
 }
 
 TEST(DayNumber, AnswersForEveryArgumentWithoutOverflow)

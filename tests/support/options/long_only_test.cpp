@@ -230,3 +230,13 @@ TEST_F(PlusName, IsAnOptionInEveryMode)
         EXPECT_EQ(call(args, short_options), 101);
     }
 }
+
+// The name begins behind the plus sign, and no name begins with a dash.
+TEST_F(PlusName, IsNotOneBehindAPlusAndADash)
+{
+    Arguments args{"prog", "+-all"};
+    const std::string text = diagnostics_of([&] { EXPECT_EQ(call(args, "b"), 63); });
+    EXPECT_EQ(text, "prog: invalid option -- `--'\n");
+    EXPECT_EQ(option_index, 1);
+    EXPECT_EQ(option_position, 2);
+}
