@@ -14,13 +14,9 @@ int main() {}
 
 add_library(corvella_build_options INTERFACE)
 target_compile_features(corvella_build_options INTERFACE cxx_std_17)
-target_compile_options(corvella_build_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wformat=2
-  # A fused multiply-add would round once where the number functions round twice.
-  -ffp-contract=off)
-if(CORVELLA_DEVELOPING)
-  target_compile_options(corvella_build_options INTERFACE -Werror)
-endif()
+# A fused multiply-add would round once where the number functions round twice.
+target_compile_options(corvella_build_options INTERFACE -ffp-contract=off)
+include(cmake/CorvellaWarnings.cmake)
 if(CORVELLA_INSTALL AND NOT CORVELLA_DEVELOPING)
   # What is installed names no folder of the machine that it was built on.
   check_cxx_compiler_flag(-ffile-prefix-map=/a=. CORVELLA_HAS_FILE_PREFIX_MAP)
@@ -29,10 +25,6 @@ if(CORVELLA_INSTALL AND NOT CORVELLA_DEVELOPING)
       -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.
       -ffile-prefix-map=${CMAKE_BINARY_DIR}=.)
   endif()
-endif()
-if(APPLE)
-  # Launch Services, Gestalt and their kin: deprecated, and what this system is made for.
-  target_compile_options(corvella_build_options INTERFACE -Wno-deprecated-declarations)
 endif()
 if(CORVELLA_TARGET_IS_I386)
   target_compile_options(corvella_build_options INTERFACE -msse2 -mfpmath=sse)

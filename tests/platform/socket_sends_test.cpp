@@ -84,8 +84,12 @@ protected:
 extern "C" {
 
 int __real_socket(int family, int type, int protocol);
+int __wrap_socket(int family, int type, int protocol);
 int __real_connect(int socket, const sockaddr *address, socklen_t size);
+int __wrap_connect(int socket, const sockaddr *address, socklen_t size);
+int __wrap_setsockopt(int socket, int level, int option, const void *value, socklen_t size);
 ssize_t __real_send(int socket, const void *bytes, size_t size, int flags);
+ssize_t __wrap_send(int socket, const void *bytes, size_t size, int flags);
 
 int __wrap_socket(int family, int type, int protocol)
 {

@@ -44,7 +44,7 @@ public:
         if (negative || rest[0] == '+') {
             rest.erase(0, 1);
         }
-        rest = rest.substr(0, rest.find_first_not_of("0123456789.eE+- \t\n\v\f\r"));
+        rest.resize(std::min(rest.size(), rest.find_first_not_of("0123456789.eE+- \t\n\v\f\r")));
         const std::string mantissa = rest.substr(0, rest.find_first_not_of("0123456789."));
         const std::size_t point = mantissa.find('.');
         const std::size_t second =
@@ -60,7 +60,7 @@ public:
         add_digits(whole, fraction);
         const std::string behind = rest.substr(mantissa.size());
         if (second == std::string::npos && (behind[0] == 'e' || behind[0] == 'E')) {
-            volatile double product = value_;
+            volatile double product = static_cast<double>(value_);
             product = product * power_of_ten(plain_integer(behind.substr(1)));
             value_ = static_cast<float>(product);
         }
