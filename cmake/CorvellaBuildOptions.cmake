@@ -31,6 +31,8 @@ if(CORVELLA_TARGET_IS_I386)
   target_compile_definitions(corvella_build_options INTERFACE _FILE_OFFSET_BITS=64)
 endif()
 
+include(cmake/CorvellaHardening.cmake)
+
 # Lets an installed library or program find the libraries of the layer beside it, wherever the whole
 # is moved to. Below /usr the system finds them.
 #   corvella_find_libraries_from(target ${CMAKE_INSTALL_BINDIR})
@@ -66,7 +68,8 @@ function(corvella_library name)
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
     $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/corvella>)
-  target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:corvella_build_options>)
+  target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:corvella_build_options>
+    $<BUILD_INTERFACE:corvella_hardening>)
   if(BUILD_SHARED_LIBS)
     corvella_export_only(${target} ${CMAKE_CURRENT_SOURCE_DIR}/exported-symbols.txt)
     corvella_find_libraries_from(${target} ${CMAKE_INSTALL_LIBDIR})
