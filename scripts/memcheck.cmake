@@ -1,0 +1,24 @@
+# Runs the quick tests of the default build under valgrind: ctest --script scripts/memcheck.cmake
+# The shells and interpreters of the checks and of the packaging are none of ours to test so.
+get_filename_component(CTEST_SOURCE_DIRECTORY "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
+set(CTEST_BINARY_DIRECTORY "${CTEST_SOURCE_DIRECTORY}/build/default")
+set(CTEST_MEMORYCHECK_COMMAND valgrind)
+set(CTEST_MEMORYCHECK_COMMAND_OPTIONS
+  "--quiet --error-exitcode=99 --leak-check=full --show-leak-kinds=definite,indirect,possible \
+--errors-for-leak-kinds=definite,indirect --num-callers=20")
+cmake_host_system_information(RESULT processors QUERY NUMBER_OF_LOGICAL_CORES)
+if(NOT DEFINED CORVELLA_MEMCHECK_ONLY)
+  set(CORVELLA_MEMCHECK_ONLY ".")
+endif()
+
+ctest_start(Experimental QUIET)
+ctest_memcheck(
+  INCLUDE "${CORVELLA_MEMCHECK_ONLY}"
+  EXCLUDE "^(checks|docs|package|scripts)\\."
+  EXCLUDE_LABEL "^(slow|package|no_valgrind)$"
+  PARALLEL_LEVEL ${processors}
+  RETURN_VALUE failed
+  DEFECT_COUNT defects)
+if(failed OR defects)
+  message(FATAL_ERROR "valgrind: ${defects} defects; see build/default/Testing/Temporary")
+endif()
