@@ -16,7 +16,7 @@ MAY_INCLUDE = {
     "support/options": ("support/c-utils",),
     "web": ("support/c-utils", "support/error"),
     "platform": (),
-    "tool": ("web", "support/options", "support/c-utils", "support/error"),
+    "tool": ("web", "support/options", "support/c-utils", "support/error", "support/version"),
     "tool/desktop_macos.cpp": ("platform",),
 }
 

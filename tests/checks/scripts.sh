@@ -15,4 +15,4 @@ while IFS= read -r -d '' file; do
     esac
 done < <(find . -path ./.git -prune -o -path ./build -prune -o -type f -print0)
 [ ${#scripts[@]} -gt 0 ] || { echo 'there is no script'; exit 1; }
-shellcheck --external-sources --norc "${scripts[@]}"
+shellcheck --external-sources --source-path=SCRIPTDIR --norc "${scripts[@]}"

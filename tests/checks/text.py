@@ -21,7 +21,7 @@ def longest_lines(top):
             patterns = [before + choice for choice in choices.strip("}").split(",")]
         elif line.startswith("max_line_length"):
             value = line.split("=")[1].strip()
-            limits += [(pattern, None if value == "off" else int(value)) for pattern in patterns]
+            limits += [(pattern, int(value) if value.isdigit() else None) for pattern in patterns]
     return limits
 
 

@@ -14,6 +14,8 @@ def files(top, folders=(), endings=()):
         if folder == top:
             below[:] = [name for name in below if name not in (".git", "build")]
         below[:] = [name for name in below if name != "__pycache__"]
+        if os.path.relpath(folder, top) == "fuzz":
+            below[:] = [name for name in below if name != "corpus"]  # any bytes at all
         for name in names:
             path = os.path.relpath(os.path.join(folder, name), top)
             if folders and path.split(os.sep)[0] not in folders:

@@ -4,7 +4,6 @@ what contains its file again and links only the test programs that its folder's 
 import ctypes
 import json
 import os
-import pathlib
 import resource
 import shlex
 import shutil

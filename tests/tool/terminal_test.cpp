@@ -123,14 +123,14 @@ std::string written_during_a_wait(const std::vector<std::string> &command, bool 
     return terminal.written();
 }
 
-constexpr char waiting[] = "Waiting for the web site: ";
+constexpr char waiting_words[] = "Waiting for the web site: ";
 
 // Once a second: nobody reads faster.
 TEST(TheWait, IsWrittenSeldom)
 {
     const std::string written = written_during_a_wait(corvella_command({"get"}), true);
     int updates = 0;
-    for (std::size_t at = 0; (at = written.find(waiting, at)) != std::string::npos; ++at) {
+    for (std::size_t at = 0; (at = written.find(waiting_words, at)) != std::string::npos; ++at) {
         ++updates;
     }
     EXPECT_GE(updates, 1) << written;
@@ -148,7 +148,7 @@ TEST(TheWait, IsNotShownFromTheBackground)
 {
     const std::string written = written_during_a_wait(
         {"/bin/bash", "-c", "set -m; \"$0\" get \"$1\" & wait $!", corvella_path()}, true);
-    EXPECT_FALSE(contains(written, waiting)) << written;
+    EXPECT_FALSE(contains(written, waiting_words)) << written;
 }
 
 TEST(TheWait, IsNotShownOnATerminalOfOthers)

@@ -74,10 +74,10 @@ std::string reported_through(const Failure &failure, const std::string &text)
 
 std::string stream_outcome()
 {
-    const bool opened = stream != nullptr;
-    const std::string outcome = (opened ? "a stream, " : "null, ") +
+    const bool is_open = stream != nullptr;
+    const std::string outcome = (is_open ? "a stream, " : "null, ") +
                                 std::to_string(open_file_count - open_before) + " open\n";
-    if (opened) {
+    if (is_open) {
         close_file(stream);
         stream = nullptr;
     }
