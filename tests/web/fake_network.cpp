@@ -112,6 +112,7 @@ FakeNetworkTest::~FakeNetworkTest()
 {
     EXPECT_EQ(open_descriptor_count(), descriptors_);
     EXPECT_FALSE(network.received_without_data);
+    EXPECT_EQ(network.receive_flags, 0);
 }
 
 void FakeNetworkTest::set_counter(std::uint32_t value)
@@ -228,6 +229,7 @@ ssize_t recv(int, void *buffer, size_t room, int flags)
     if (network.keeps_records) {
         network.receives.push_back(room);
     }
+    network.receive_flags |= flags;
     silence_fills(0); // the clock may be set between two calls
     if (is_next(NetworkEvent::Close)) {
         return 0; // and stays closed

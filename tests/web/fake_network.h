@@ -75,13 +75,15 @@ struct FakeNetwork {
     };
     std::vector<Wait> waits;
     std::vector<std::size_t> receives;  ///< the room of each recv
+    int receive_flags = 0;              ///< those of every recv together
     bool received_without_data = false; ///< recv was called where it would have blocked
 };
 
 extern FakeNetwork network;
 
 /// A fresh network for each test, whose millisecond counter is far from any wrap; no idle callback,
-/// no cancel request, the last error text "earlier". At the end no descriptor may be left open.
+/// no cancel request, the last error text "earlier". At the end no descriptor may be left open, and
+/// no recv may have had a flag.
 class FakeNetworkTest : public testing::Test {
 protected:
     FakeNetworkTest();
