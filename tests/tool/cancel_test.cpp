@@ -144,6 +144,22 @@ TEST(Interrupt, StaysIgnoredWhereTheProgramIsStartedSo)
     EXPECT_EQ(result.err, "");
 }
 
+// Then nothing is left that could be cancelled, and the signal has its usual effect again.
+TEST(Interrupt, EndsAProgramWhoseExchangeIsOver)
+{
+    ScriptedServer server(replying(good_reply(std::string(1'000'000, 'x'))));
+    RunningProgram program(corvella_command({"get", url_of(server)}));
+    ASSERT_TRUE(server.wait_until_served());
+    for (int count = -1; count < program.waiting_output();) {
+        count = program.waiting_output();
+        let_it_wait();
+    }
+    ASSERT_GT(program.waiting_output(), 0);
+    program.process().signal(SIGINT);
+    EXPECT_TRUE(program.process().wait(prompt));
+    EXPECT_EQ(program.finish().signal, SIGINT);
+}
+
 /// Interrupts a program that does not look at the request to cancel; once more if need be.
 void expect_end_by_second_interrupt(RunningProgram &program)
 {

@@ -58,6 +58,18 @@ void write_failure(std::uint16_t port)
 
 } // namespace
 
+TEST(WebDescriptors, TakesTheFirstOneWhereItIsFree)
+{
+    ScriptedServer server({collect_request(), send_bytes("A\n\nabc")});
+    const ChildResult child = run_in_child([&] {
+        close(STDIN_FILENO);
+        WebCall call;
+        call.port = server.port();
+        std::fputs(run(call).body.value_or("(none)").c_str(), stdout);
+    });
+    EXPECT_EQ(child.out, "abc");
+}
+
 TEST(WebDescriptors, SaysThatThereIsNoDescriptorLeft)
 {
     ScriptedServer server({collect_request(), send_bytes("A\n\nabc")});

@@ -35,6 +35,19 @@ TEST_F(MovedScan, ReadsAShorterElementFromItsStart)
     EXPECT_EQ(option_index, 3);
 }
 
+TEST_F(MovedScan, FindsNoOptionAtTheVeryEndOfAnElement)
+{
+    Arguments args{"prog", "-abc", "-d", "file"};
+    option_errors = 0;
+    const auto call = [&] { return get_options(args.count(), args.vector(), "abcd"); };
+    EXPECT_EQ(call(), 'a');
+    option_index = 2; // "-d" has no third character, but a NUL
+    EXPECT_EQ(call(), 63);
+    EXPECT_EQ(option_index, 3);
+    EXPECT_EQ(option_position, 1);
+    EXPECT_EQ(call(), -1);
+}
+
 TEST_F(MovedScan, GoesOnInAnElementThatIsLongEnough)
 {
     Arguments args{"prog", "-abc", "-cdb", "file"};
