@@ -31,6 +31,7 @@ TEST(Complaint, OfTheCommandLineComesTwiceAndWithTheUsage)
         const char *text;
     } cases[] = {
         {{}, "A command is needed."},
+        {{"-product", "P"}, "A command is needed."},
         {{"fetch"}, "There is no command 'fetch'."},
         {{"get"}, "get needs a URL."},
         {{"post"}, "post needs a URL."},
@@ -140,6 +141,14 @@ TEST(Result, OfTheVersionIsFramedInAnAutomatedRun)
 {
     EXPECT_EQ(run_corvella({"-version", "-automated"}).out,
               "CORVELLATESTversion: corvella " + corvella_version() + "\nENDCORVELLATEST\n");
+}
+
+TEST(Usage, IsShownBesideAnOptionOfAnotherCommand)
+{
+    const ProgramResult result = run_corvella({"describe", "-help", "-proxy", "h:1"});
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_EQ(result.out.rfind("Usage: corvella COMMAND ", 0), 0U);
+    EXPECT_EQ(result.err, "");
 }
 
 TEST(Usage, HasALineForEverything)

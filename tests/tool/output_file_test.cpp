@@ -322,6 +322,27 @@ TEST(OutputOption, AnExistingFileIsNotTakenForStandardOutput)
     EXPECT_EQ(output.read_beside("page"), "newer");
 }
 
+TEST(OutputOption, ANewFileHasThePermissionsOfAnyNewFile)
+{
+    const struct {
+        void (*set_mask)();
+        mode_t permissions;
+    } cases[] = {
+        {[] { umask(0); }, 0666},
+        {[] { umask(022); }, 0644},
+        {[] { umask(077); }, 0600},
+    };
+    for (const auto &[set_mask, permissions] : cases) {
+        const TemporaryDirectory directory;
+        ProgramOptions options;
+        options.prepare = set_mask;
+        EXPECT_EQ(get_into(directory.path("page"), "new", options).exit_status, 0);
+        struct stat status = {};
+        ASSERT_EQ(stat(directory.path("page").c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777, permissions);
+    }
+}
+
 TEST(OutputOption, AFullDiskLeavesNothingBehind)
 {
     const TemporaryDirectory directory;

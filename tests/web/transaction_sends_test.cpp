@@ -1,6 +1,5 @@
 /// \file
 /// The pieces in which a request is sent, and sends that are cut short, interrupted or refused.
-#include "tests/web/endless_text.h"
 #include "tests/web/fake_network.h"
 #include "tests/web/web_call.h"
 #include "web/web.h"
@@ -9,7 +8,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <gtest/gtest.h>
-#include <new>
 #include <string>
 #include <sys/socket.h>
 #include <utility>
@@ -257,29 +255,4 @@ TEST_F(TransactionSends, ThatFailAreFollowedByAWaitThatCanBeCancelled)
     EXPECT_EQ(outcome.error, "User canceled web transaction");
     EXPECT_EQ(web_cancel_requested, 0);
     EXPECT_EQ(elapsed_ms(), 100);
-}
-
-// Their base64 form and its NUL are then beyond what an int counts.
-TEST_F(TransactionSends, RefuseCredentialsBeyondWhatCanBeEncoded)
-{
-    const std::size_t least_refused = 1610612733; // a quarter of INT32_MAX, thrice
-    const EndlessText all(least_refused);
-    if (all.text() == nullptr) {
-        GTEST_SKIP() << "this process has no place for so long a text";
-    }
-    const struct {
-        const char *user;
-        const char *password;
-    } cases[] = {
-        {all.text(), ""},        {all.text(), "abc"},     {"", all.text()},
-        {"abc", all.text() + 3}, {all.text() + 3, "abc"},
-    };
-    for (const auto &row : cases) {
-        prepare();
-        WebCall call;
-        call.user = row.user;
-        call.password = row.password;
-        EXPECT_THROW(run(call), std::bad_alloc);
-        EXPECT_EQ(network.sent.find('x'), network.sent.find("x-xbitmap"));
-    }
 }
