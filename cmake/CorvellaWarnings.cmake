@@ -20,7 +20,6 @@ set(developing_warnings
   -Wredundant-decls
   -Wsign-conversion
   -Wsuggest-override
-  -Wswitch-enum
   -Wundef
   -Wunused-macros
   -Wvla
@@ -93,6 +92,7 @@ endif()
 #   -Wsuggest-attribute=format              does not see the attribute on a declaration in a header.
 #   -Wsuggest-attribute=const and others    advise the optimiser, which sees for itself.
 #   -Wswitch-default                        a switch that names every enumerator needs no default.
+#   -Wswitch-enum                           a switch with a default need not name every enumerator.
 #   -Wtautological-type-limit-compare       true on one width of the machine, not on the other.
 #   -Wunused-const-variable=2               a header's constants need not all be used by everyone.
 #   -Wuseless-cast                          a cast may do nothing on one system only.

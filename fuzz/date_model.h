@@ -103,7 +103,7 @@ private:
     {
         at_ = std::min(text_.find_first_not_of(" \t\n\v\f\r", at_), text_.size());
         const bool negative = text_[at_] == '-';
-        at_ += negative || text_[at_] == '+' ? 1 : 0;
+        at_ += negative || text_[at_] == '+' ? 1U : 0U;
         const std::size_t start = at_;
         long long value = 0;
         for (; text_[at_] >= '0' && text_[at_] <= '9'; ++at_) {

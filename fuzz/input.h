@@ -9,6 +9,9 @@
 #include <cstdlib>
 #include <string>
 
+/// A fuzzer: what the engine, or else replay.cpp, calls for each input.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
+
 class Input {
 public:
     Input(const std::uint8_t *data, std::size_t size)

@@ -1,15 +1,14 @@
 // Feeds a fuzzer every file of the named folders, for a build without a fuzzing engine. What is
 // wrong ends the process.
 
-#include <cstddef>
+#include "fuzz/input.h"
+
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
 namespace {
 

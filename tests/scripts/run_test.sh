@@ -94,8 +94,10 @@ fi
 # A word that test does not know: nothing is built.
 try 1 "$copy/test" nonsense
 expect_output ''
-for text in nonsense default bench i386 sanitizers clang package; do
-    expect_in err "$text"
+expect_in err "no kind 'nonsense' of test; ./test help tells"
+try 0 "$copy/test" help
+for text in default bench i386 sanitizers quick clang lint package coverage; do
+    expect_in out "    $text "
 done
 [ ! -e "$copy/build" ] || fail 'test has built something'
 
