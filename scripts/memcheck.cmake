@@ -2,9 +2,10 @@
 # The shells and interpreters of the checks and of the packaging are none of ours to test so.
 get_filename_component(CTEST_SOURCE_DIRECTORY "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
 set(CTEST_BINARY_DIRECTORY "${CTEST_SOURCE_DIRECTORY}/build/default")
-set(CTEST_MEMORYCHECK_COMMAND valgrind)
+find_program(CTEST_MEMORYCHECK_COMMAND valgrind)
 set(CTEST_MEMORYCHECK_COMMAND_OPTIONS
-  "--quiet --error-exitcode=99 --leak-check=full --show-leak-kinds=definite,indirect,possible \
+  "--quiet --suppressions=${CMAKE_CURRENT_LIST_DIR}/valgrind.supp --error-exitcode=99 \
+--leak-check=full --show-leak-kinds=definite,indirect,possible \
 --errors-for-leak-kinds=definite,indirect --num-callers=20")
 cmake_host_system_information(RESULT processors QUERY NUMBER_OF_LOGICAL_CORES)
 if(NOT DEFINED CORVELLA_MEMCHECK_ONLY)

@@ -47,7 +47,7 @@ protected:
         if (query()) {
             return testing::AssertionFailure() << "a proxy: " << host.text();
         }
-        if (host.text() != "" || port != 0) {
+        if (!host.text().empty() || port != 0) {
             return testing::AssertionFailure() << "outputs: " << host.text() << ", " << port;
         }
         return testing::AssertionSuccess();

@@ -37,7 +37,7 @@ public:
         for (int &waiting : waiting_) {
             waiting = socket(AF_INET, SOCK_STREAM, 0);
             fcntl(waiting, F_SETFL, O_NONBLOCK);
-            connect(waiting, generic(), sizeof address_);
+            (void)connect(waiting, generic(), sizeof address_);
         }
     }
     BusyPort(const BusyPort &) = delete;

@@ -38,7 +38,7 @@ protected:
     /// Runs the query against a reply, and expects that no destination was written.
     static UpdateOutcome ask_in_vain(const UpdateQuery &query = {})
     {
-        const UpdateOutcome outcome = ask(query);
+        UpdateOutcome outcome = ask(query);
         EXPECT_EQ(outcome.message, std::nullopt);
         EXPECT_EQ(outcome.version, std::nullopt);
         EXPECT_EQ(outcome.url, std::nullopt);

@@ -225,11 +225,10 @@ TEST(ParseDate, TakesAnyNumberOfLeadingZeros)
 
 TEST(ParseDate, LeavesItsTextAlone)
 {
-    const std::string text = "05JAN2009";
-    std::string copy = text;
+    char text[] = "05JAN2009";
     std::int32_t day_number = untouched;
-    parse_date(copy.c_str(), &day_number);
-    EXPECT_EQ(copy, text);
+    parse_date(text, &day_number);
+    EXPECT_STREQ(text, "05JAN2009");
 }
 
 TEST(ParseDate, ReadsBackEveryCompactDateOfThisCentury)

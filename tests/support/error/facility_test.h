@@ -18,6 +18,8 @@ protected:
     {
         restore_defaults();
     }
+
+public:
     FacilityTest(const FacilityTest &) = delete;
     FacilityTest &operator=(const FacilityTest &) = delete;
 
