@@ -238,8 +238,16 @@ C_LIBRARY = ctypes.CDLL(None)
 PR_SET_PDEATHSIG = 1
 
 
+# A mutant may do anything to the files that it may write, devices included: never as root.
+NOBODY = 65534
+
+
 def limit_resources(cpu_seconds):
     def limit():
+        if os.geteuid() == 0:
+            os.setgroups([])
+            os.setgid(NOBODY)
+            os.setuid(NOBODY)
         C_LIBRARY.prctl(PR_SET_PDEATHSIG, signal.SIGKILL)
         resource.setrlimit(resource.RLIMIT_CPU, (cpu_seconds, cpu_seconds + 2))
         resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
@@ -259,6 +267,8 @@ class Share:
 
     def __init__(self, program, number, count, cpu_seconds):
         self.directory = tempfile.TemporaryDirectory(prefix="mutant.", ignore_cleanup_errors=True)
+        if os.geteuid() == 0:
+            os.chown(self.directory.name, NOBODY, NOBODY)
         self.log = open(os.path.join(self.directory.name, "log"), "w+", errors="replace")
         environment = dict(os.environ, GTEST_TOTAL_SHARDS=str(count), GTEST_SHARD_INDEX=str(number),
                            TMPDIR=self.directory.name, GTEST_FAIL_FAST="1", GTEST_BRIEF="1")
