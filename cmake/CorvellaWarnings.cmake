@@ -17,7 +17,6 @@ set(developing_warnings
   -Wnon-virtual-dtor
   -Wold-style-cast
   -Woverloaded-virtual
-  -Wredundant-decls
   -Wsign-conversion
   -Wsuggest-override
   -Wundef
@@ -87,6 +86,7 @@ endif()
 #   -Wframe-larger-than=                    print_indented() has a large buffer on purpose.
 #   -Wnull-dereference                      reports the streams of the C++ library, inlined.
 #   -Wpadded                                the records are laid out as callers know them.
+#   -Wredundant-decls                       the tests replace functions that _FORTIFY_SOURCE defines.
 #   -Wreserved-identifier (clang)           the tests wrap functions by the linker's names for them.
 #   -Wstrict-overflow                       reports what the optimiser does, not what is wrong.
 #   -Wsuggest-attribute=format              does not see the attribute on a declaration in a header.

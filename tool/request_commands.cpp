@@ -114,6 +114,7 @@ exit_status post_command(command_line &line)
         return EXIT_USAGE;
     }
     std::vector<FormField> fields;
+    fields.reserve(named_values.size());
     for (const named_value &field : named_values) {
         fields.push_back({field.name.c_str(), field.value});
     }

@@ -189,7 +189,7 @@ TEST(FormatMessageLine, WritesNothingIntoABufferOfNoBytes)
 
 TEST(FormatMessageLine, ReadsNothingOfALongTextBehindTheCap)
 {
-    const std::string text = many(3 * 1024 * 1024, 'x');
+    const std::string text = many(std::size_t{3} * 1024 * 1024, 'x');
     EXPECT_EQ(format_line(2, text, 30).line, "Info: " + many(10, 'x'));
 }
 
