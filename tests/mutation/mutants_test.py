@@ -98,7 +98,8 @@ class Survivors(unittest.TestCase):
             if file not in texts:
                 text = (TOP / file).read_text()
                 texts[file] = {mutant.name for mutant in mutants_of(file, text)}
-            self.assertIn((file, line_text, change, number), texts[file])
+            with self.subTest(file, line=line_text, change=change, number=number):
+                self.assertTrue((file, line_text, change, number) in texts[file])
 
 
 if __name__ == "__main__":
