@@ -86,13 +86,13 @@ endif()
 #   -Wframe-larger-than=                    print_indented() has a large buffer on purpose.
 #   -Wnull-dereference                      reports the streams of the C++ library, inlined.
 #   -Wpadded                                the records are laid out as callers know them.
-#   -Wredundant-decls                       the tests replace functions that _FORTIFY_SOURCE defines.
+#   -Wredundant-decls                       the tests replace what _FORTIFY_SOURCE defines.
 #   -Wreserved-identifier (clang)           the tests wrap functions by the linker's names for them.
 #   -Wstrict-overflow                       reports what the optimiser does, not what is wrong.
 #   -Wsuggest-attribute=format              does not see the attribute on a declaration in a header.
 #   -Wsuggest-attribute=const and others    advise the optimiser, which sees for itself.
 #   -Wswitch-default                        a switch that names every enumerator needs no default.
-#   -Wswitch-enum                           a switch with a default need not name every enumerator.
+#   -Wswitch-enum                           where there is a default, it stands for the others.
 #   -Wtautological-type-limit-compare       true on one width of the machine, not on the other.
 #   -Wunused-const-variable=2               a header's constants need not all be used by everyone.
 #   -Wuseless-cast                          a cast may do nothing on one system only.
