@@ -144,17 +144,23 @@ TEST(Interrupt, StaysIgnoredWhereTheProgramIsStartedSo)
     EXPECT_EQ(result.err, "");
 }
 
-// Then nothing is left that could be cancelled, and the signal has its usual effect again.
-TEST(Interrupt, EndsAProgramWhoseExchangeIsOver)
+/// Waits until the program has its reply and writes no more of it, because nobody reads.
+void wait_until_output_is_stuck(RunningProgram &program, ScriptedServer &server)
 {
-    ScriptedServer server(replying(good_reply(std::string(1'000'000, 'x'))));
-    RunningProgram program(corvella_command({"get", url_of(server)}));
     ASSERT_TRUE(server.wait_until_served());
     for (int count = -1; count < program.waiting_output();) {
         count = program.waiting_output();
         let_it_wait();
     }
     ASSERT_GT(program.waiting_output(), 0);
+}
+
+// Then nothing is left that could be cancelled, and the signal has its usual effect again.
+TEST(Interrupt, EndsAProgramWhoseExchangeIsOver)
+{
+    ScriptedServer server(replying(good_reply(std::string(1'000'000, 'x'))));
+    RunningProgram program(corvella_command({"get", url_of(server)}));
+    ASSERT_NO_FATAL_FAILURE(wait_until_output_is_stuck(program, server));
     program.process().signal(SIGINT);
     EXPECT_TRUE(program.process().wait(prompt));
     EXPECT_EQ(program.finish().signal, SIGINT);
@@ -187,12 +193,7 @@ TEST(SecondInterrupt, EndsAProgramWhoseOutputNobodyTakes)
 {
     ScriptedServer server(replying(good_reply(std::string(1'000'000, 'x'))));
     RunningProgram program(corvella_command({"get", url_of(server)}));
-    ASSERT_TRUE(server.wait_until_served());
-    for (int count = -1; count < program.waiting_output();) {
-        count = program.waiting_output();
-        let_it_wait();
-    }
-    ASSERT_GT(program.waiting_output(), 0);
+    ASSERT_NO_FATAL_FAILURE(wait_until_output_is_stuck(program, server));
     expect_end_by_second_interrupt(program);
 }
 
