@@ -39,7 +39,7 @@ std::string quoted(const std::string &text)
 }
 
 /// An option as _arguments takes it: "-name[description]:argument:action".
-std::string specification(const program_option &option)
+std::string option_words(const program_option &option)
 {
     std::string text =
         "-" + std::string(option.name) + "[" + escaped(option.description, "[]\\") + "]";
@@ -55,7 +55,7 @@ std::string branch(const std::string &pattern, const std::vector<program_option>
 {
     std::string text = "(" + pattern + ")\n    options=(\n";
     for (const program_option &option : options) {
-        text += "        " + specification(option) + "\n";
+        text += "        " + option_words(option) + "\n";
     }
     return text + "    )\n    ;;\n";
 }
