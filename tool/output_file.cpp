@@ -37,7 +37,7 @@ std::string resolved_path(std::string path)
             break;
         }
         const std::string link(target, static_cast<std::size_t>(length));
-        path = link[0] == '/' ? link : folder_of(path) + link;
+        path = link[0] == '/' ? link : folder_of(path).append(link);
     }
     return path;
 }

@@ -81,6 +81,7 @@ Object &object_of(CFTypeRef reference, ObjectKind kind, const char *call)
     return object;
 }
 
+// NOLINTNEXTLINE(misc-no-recursion): a container releases what it holds.
 void release(Object &object)
 {
     if (object.constant) {

@@ -306,7 +306,7 @@ TEST(FormEscapeBounded, WritesWhatAPlainModelWritesAndNothingElse)
     std::mt19937 random(1021);
     for (int limit = -1; limit <= 4096; ++limit) {
         const std::size_t room = promised_room(limit);
-        const std::size_t size = static_cast<std::size_t>(limit + 5);
+        const std::size_t size = static_cast<std::size_t>(limit) + 5;
         const auto mostly = random() % 4;
         std::string mixed(size, 'a');
         for (char &byte : mixed) {

@@ -38,6 +38,6 @@ TEST(SystemProxyNone, LeavesTheSettingsAllZero)
     std::memset(&settings, 0x5a, sizeof settings);
     EXPECT_EQ(fill_proxy_settings(&settings, nullptr, "ann", "secret"), 0);
     std::string bytes(sizeof settings, '\x5a');
-    std::memcpy(&bytes[0], &settings, sizeof settings);
+    std::memcpy(bytes.data(), &settings, sizeof settings);
     EXPECT_EQ(bytes, std::string(772, '\0'));
 }

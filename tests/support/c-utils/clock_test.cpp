@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <sys/time.h>
-#include <time.h>
+#include <time.h> // NOLINT(modernize-deprecated-headers): nanosleep() is POSIX, not C++
 
 namespace {
 
