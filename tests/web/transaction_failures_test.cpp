@@ -122,6 +122,23 @@ FailureScenario no_socket()
         });
 }
 
+/// The outcome of an exchange whose connection fails anyway, with \p text, when another call does.
+/// \param text_without_code as with_failed_format() has it
+std::string without_connection(const Failure &failure, const std::string &text,
+                               const std::string &text_without_code)
+{
+    switch (failure.call) {
+    case Call::Malloc:
+        return "std::bad_alloc ";
+    case Call::Format:
+        return with_failed_format(failure, {-1, {}, {}, "", false}, text_without_code);
+    case Call::Close:
+        return shown({-1, {}, {}, text, false});
+    default:
+        return shown(exchange_with(failure, plain_host));
+    }
+}
+
 FailureScenario no_such_host()
 {
     static const std::string text =
@@ -133,24 +150,13 @@ FailureScenario no_such_host()
             network.lookup_error = HOST_NOT_FOUND;
         },
         {-1, {}, {}, text, false},
-        [](const Failure &failure) -> std::string {
-            switch (failure.call) {
-            case Call::Malloc:
-                return "std::bad_alloc ";
-            case Call::Format:
-                return with_failed_format(failure, {-1, {}, {}, "", false}, "");
-            case Call::Close:
-                return shown({-1, {}, {}, text, false});
-            default:
-                return shown(exchange_with(failure, plain_host));
-            }
-        });
+        [](const Failure &failure) { return without_connection(failure, text, ""); });
 }
 
 FailureScenario refused_connection()
 {
-    static const std::string text =
-        "Can't connect to web server 'web1.test': " + code_text(ECONNREFUSED);
+    static const std::string text_without_code = "Can't connect to web server 'web1.test': ";
+    static const std::string text = text_without_code + code_text(ECONNREFUSED);
     return failing(
         "RefusedConnection",
         {Call::Malloc, Call::Socket, Call::Lookup, Call::Connect, Call::Close, Call::Format},
@@ -159,18 +165,8 @@ FailureScenario refused_connection()
             network.connect_error = ECONNREFUSED;
         },
         {-1, {}, {}, text, false},
-        [](const Failure &failure) -> std::string {
-            switch (failure.call) {
-            case Call::Malloc:
-                return "std::bad_alloc ";
-            case Call::Format:
-                return with_failed_format(failure, {-1, {}, {}, "", false},
-                                          "Can't connect to web server 'web1.test': ");
-            case Call::Close:
-                return shown({-1, {}, {}, text, false});
-            default:
-                return shown(exchange_with(failure, plain_host));
-            }
+        [](const Failure &failure) {
+            return without_connection(failure, text, text_without_code);
         });
 }
 

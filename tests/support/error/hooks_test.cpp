@@ -1,8 +1,8 @@
 #include "support/error.h"
 #include "tests/harness/capture.h"
 #include "tests/support/error/facility_test.h"
+#include "tests/support/error/message_lines.h"
 
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -31,42 +31,6 @@ int noting_message_hook(int, const char *text)
     hook_text = text;
     return ++hook_count;
 }
-
-struct HookCase {
-    int level;
-    const char *text;
-    const char *line;
-};
-
-// clang-format off
-const HookCase hook_cases[] = {
-    {0, "disk", "Log: disk"},
-    {1, "disk", "disk"},
-    {2, "disk", "Info: disk"},
-    {3, "disk", "Note: disk"},
-    {4, "disk", "Info: disk\x07"},
-    {5, "disk", "Note: disk\x07"},
-    {6, "disk", "\x07" "disk"},
-    {7, "disk", "Alert: disk\x07"},
-    {8, "disk", "Warning: disk\x07"},
-    {9, "disk", "Error: disk\x07"},
-    {-1, "disk", "Warning: disk\x07"},
-    {11, "disk", "Warning: disk\x07"},
-    {255, "disk", "Warning: disk\x07"},
-    {266, "disk", "Warning: disk\x07"},
-    {INT_MIN, "disk", "Warning: disk\x07"},
-    {INT_MAX, "disk", "Warning: disk\x07"},
-    {9, "", "Error: \x07"},
-    {1, "", ""},
-    {6, "", "\x07"},
-    {9, "\n\n\n", "Error: \x07"},
-    {9, "a\nb\n\n", "Error: a\nb\x07"},
-    {9, "disk\r\n", "Error: disk\r\x07"},
-    {9, "disk\n\r", "Error: disk\n\r\x07"},
-    {9, "%n%s%d", "Error: %n%s%d\x07"},
-    {9, "\x80\xff", "Error: \x80\xff\x07"},
-};
-// clang-format on
 
 TEST_F(Hooks, AreReturnedByTheNextSetter)
 {
@@ -120,7 +84,10 @@ TEST_F(Hooks, OfTheDefaultsWriteToStandardErrorAgainAfterNull)
 
 TEST_F(DefaultMessageHook, WritesTheLineAndOneNewlineToStandardError)
 {
-    for (const HookCase &c : hook_cases) {
+    for (const LineCase &c : line_cases) {
+        if (c.level == 10) {
+            continue; // ends the process
+        }
         const CapturedOutput output =
             capture_output([&] { default_message_hook(c.level, c.text); });
         EXPECT_EQ(output.err, std::string(c.line) + "\n") << c.level;
@@ -176,7 +143,7 @@ TEST_F(DefaultMessageHook, CalledDirectlyDoesNotCount)
 
 TEST_F(TestMessageHook, FramesTheLineOnStandardOutput)
 {
-    for (const HookCase &c : hook_cases) {
+    for (const LineCase &c : line_cases) {
         const CapturedOutput output = capture_output([&] { test_message_hook(c.level, c.text); });
         EXPECT_EQ(output.out, "CORVELLATEST" + std::string(c.line) + "\nENDCORVELLATEST\n");
         EXPECT_EQ(output.err, "") << c.level;

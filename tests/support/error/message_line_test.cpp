@@ -1,5 +1,6 @@
 #include "support/error.h"
 #include "tests/support/error/facility_test.h"
+#include "tests/support/error/message_lines.h"
 
 #include <climits>
 #include <cstring>
@@ -32,48 +33,6 @@ Formatted format_line(int level, const std::string &text, int size)
     formatted.line = buffer.substr(0, buffer.find('\0'));
     return formatted;
 }
-
-struct LineCase {
-    int level;
-    const char *text;
-    const char *line;
-};
-
-// clang-format off
-const LineCase line_cases[] = {
-    {0, "disk", "Log: disk"},
-    {1, "disk", "disk"},
-    {2, "disk", "Info: disk"},
-    {3, "disk", "Note: disk"},
-    {4, "disk", "Info: disk\x07"},
-    {5, "disk", "Note: disk\x07"},
-    {6, "disk", "\x07" "disk"},
-    {7, "disk", "Alert: disk\x07"},
-    {8, "disk", "Warning: disk\x07"},
-    {9, "disk", "Error: disk\x07"},
-    {10, "disk", "Fatal Error: disk\x07"},
-    {-1, "disk", "Warning: disk\x07"},
-    {11, "disk", "Warning: disk\x07"},
-    {255, "disk", "Warning: disk\x07"},
-    {INT_MIN, "disk", "Warning: disk\x07"},
-    {INT_MAX, "disk", "Warning: disk\x07"},
-    {1, "", ""},
-    {2, "", "Info: "},
-    {6, "", "\x07"},
-    {9, "", "Error: \x07"},
-    {2, "\n", "Info: "},
-    {2, "disk\n", "Info: disk"},
-    {2, "disk\n\n\n", "Info: disk"},
-    {2, "a\nb\n", "Info: a\nb"},
-    {2, "\n\na", "Info: \n\na"},
-    {2, "disk\r\n", "Info: disk\r"},
-    {2, "disk\n\r", "Info: disk\n\r"},
-    {2, "disk\n\r\n", "Info: disk\n\r"},
-    {2, "disk \n", "Info: disk "},
-    {2, "%s %n %%", "Info: %s %n %%"},
-    {2, "\x80\xff", "Info: \x80\xff"},
-};
-// clang-format on
 
 TEST(FormatMessageLine, HoldsLabelTextAndBellOfTheLevel)
 {
