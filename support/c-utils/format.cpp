@@ -20,12 +20,10 @@ char *format_string_alloc(const char *format, std::va_list arguments)
     }
     const std::size_t size = length < 0 ? 1 : static_cast<std::size_t>(length) + 1;
     char *const text = static_cast<char *>(checked_malloc(size));
-    if (length < 0) {
-        text[0] = '\0';
-    } else if (size <= sizeof area) {
+    if (length >= 0 && size <= sizeof area) {
         std::memcpy(text, area, size);
-    } else if (std::vsnprintf(text, size, format, arguments) < 0) {
-        text[0] = '\0'; // memory that only the second pass was refused
+    } else if (length < 0 || std::vsnprintf(text, size, format, arguments) < 0) {
+        text[0] = '\0'; // the second pass may be refused memory that the first one got
     }
     return text;
 }

@@ -64,8 +64,7 @@ Names symbols(const std::string &options)
         const std::string text = line.data();
         constexpr std::size_t widest = 16; // of an address, then a blank, the kind, and a blank
         const std::size_t address = text.find_first_not_of("0123456789abcdef ");
-        if (address != std::string::npos && address <= widest + 3 && address + 2 < text.size() &&
-            text[address + 1] == ' ') {
+        if (address <= widest + 3 && address + 2 < text.size() && text[address + 1] == ' ') {
             const std::string name = text.substr(address + 2, text.find('\n') - address - 2);
             const bool is_template = name.find('<') < name.find('(');
             names.insert(is_template ? name : name.substr(0, name.find('(')));

@@ -40,7 +40,10 @@ void __wrap_free(void *block)
 
 } // extern "C"
 
-// All forms, because a sanitizer brings its own of those that are not replaced.
+// All forms, because a sanitizer brings its own of those that are not replaced. Not every compiler
+// declares the ones with a size by itself.
+void operator delete(void *block, std::size_t size) noexcept;
+void operator delete[](void *block, std::size_t size) noexcept;
 void *operator new(std::size_t size)
 {
     void *const block = fails(Call::New) ? nullptr : __real_malloc(std::max<std::size_t>(size, 1));

@@ -26,11 +26,15 @@ public:
             std::fflush(file) != 0) {
             throw std::runtime_error("no file for a long text");
         }
-        for (std::size_t at = 0; at < size_; at += block) {
-            mmap(text_ + at, block, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_FIXED, fileno(file),
-                 0);
+        bool is_mapped = true;
+        for (std::size_t at = 0; is_mapped && at < size_; at += block) {
+            is_mapped = mmap(text_ + at, block, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_FIXED,
+                             fileno(file), 0) != MAP_FAILED;
         }
         std::fclose(file);
+        if (!is_mapped) {
+            throw std::runtime_error("no address space for a long text");
+        }
         text_[length] = '\0'; // in a page of its own from here on
     }
     EndlessText(const EndlessText &) = delete;

@@ -23,7 +23,7 @@ struct Exchange {
     int result = 0;
     std::optional<std::string> header = {};
     std::optional<std::string> body = {};
-    std::string error = "";
+    std::string error = {};
     bool request_is_whole = true;
 };
 
