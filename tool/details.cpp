@@ -7,6 +7,7 @@
 #include "support/c-utils.h"
 #include "support/error.h"
 #include "tool/printable.h"
+#include "tool/timing.h"
 #include "tool/url.h"
 
 namespace {
@@ -62,9 +63,10 @@ void show_request_details(const char *url, const char *method, const std::vector
 void show_reply_details(const char *header, const char *body)
 {
     const double seconds = static_cast<double>(elapsed_time());
+    end_timing(body != nullptr);
     if (header != nullptr) {
         show_lines('<', header);
     }
-    print_indented("* %.3f s, %zu bytes of header, %zu bytes of body\n", seconds, length_of(header),
-                   length_of(body));
+    print_indented("* in all: %.3f s, %zu bytes of header, %zu bytes of body\n", seconds,
+                   length_of(header), length_of(body));
 }

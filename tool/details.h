@@ -11,6 +11,7 @@
 void show_request_details(const char *url, const char *method, const std::vector<FormField> &fields,
                           const proxy_arguments &proxy);
 
-/// Shows the header of the reply, how long the exchange took since start_timer(), and how much
-/// came. \param header null where none came, and so with \p body
+/// Shows how long the exchange took since start_timer(), in the pieces of begin_timing() and in
+/// all, the header of the reply, and how much came.
+/// \param header null where none came, and so with \p body
 void show_reply_details(const char *header, const char *body);

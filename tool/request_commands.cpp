@@ -9,6 +9,7 @@
 #include "tool/exchange.h"
 #include "tool/output.h"
 #include "tool/output_file.h"
+#include "tool/timing.h"
 #include "tool/url.h"
 #include "tool/waiting_line.h"
 #include "web/web.h"
@@ -59,10 +60,11 @@ exit_status exchange(command_line &line, const char *method, const std::vector<F
     const std::unique_ptr<char *, void (*)(char **)> body_owner(&body, free_text);
     const proxy_arguments proxy = proxy_arguments_of(line.proxy);
 
-    begin_exchange(line);
     if (line.verbose) {
         show_request_details(line.operands[0], method, fields, proxy);
+        begin_timing();
     }
+    begin_exchange(line);
     int result =
         web_request(line.operands[0], method, static_cast<int>(fields.size()), fields.data(),
                     &header, &body, proxy.host, proxy.port, proxy.user, proxy.password);

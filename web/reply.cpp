@@ -6,6 +6,7 @@
 
 #include "web/reply_text.h"
 #include "web/result.h"
+#include "web/steps.h"
 #include "web/wait.h"
 #include "web/web_error.h"
 
@@ -117,6 +118,7 @@ int receive_reply(int socket, char **header_out, char **body_out)
         return result;
     }
     *header_out = take_reply_text(header);
+    tell_step(WEB_HEADER_RECEIVED);
 
     reply_text body = make_reply_text();
     result = receive_body(socket, body);

@@ -7,6 +7,7 @@
 #include "web/reply.h"
 #include "web/result.h"
 #include "web/send_request.h"
+#include "web/steps.h"
 #include "web/wait.h"
 #include "web/web_error.h"
 
@@ -33,5 +34,9 @@ int web_transaction(const char *scheme, const char *host, const char *target, st
     }
     const request_parts request = {host, target, method, extra_headers, body, user, password};
     const int sent = finish_wait(send_request(socket, request));
-    return sent == WEB_DONE ? receive_reply(socket, header_out, body_out) : sent;
+    if (sent != WEB_DONE) {
+        return sent;
+    }
+    tell_step(WEB_REQUEST_SENT);
+    return receive_reply(socket, header_out, body_out);
 }

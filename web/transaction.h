@@ -9,6 +9,17 @@
 /// Called while a transaction waits, with the argument that was registered.
 using WebIdleCallback = void (*)(void *argument);
 
+/// What a transaction has done, in this order. What it does last, receiving the body, ends with it.
+enum WebStep {
+    WEB_ADDRESS_FOUND,   ///< looked up the web server's name, or the proxy's
+    WEB_CONNECTED,       ///< connected to either
+    WEB_REQUEST_SENT,    ///< handed the request to the system; what arrives of it is not known
+    WEB_HEADER_RECEIVED, ///< received the reply's header, or all there was before the peer closed
+};
+
+/// Called after each step of a transaction, with the argument that was registered.
+using WebStepCallback = void (*)(WebStep step, void *argument);
+
 /// Set it to non-zero, from a signal handler if need be, to stop the transaction that runs or the
 /// next one. The transaction that stops sets it back to 0.
 extern volatile std::sig_atomic_t web_cancel_requested;
@@ -17,6 +28,10 @@ extern volatile std::sig_atomic_t web_cancel_requested;
 /// own thread: every 100 ms of silence before and within the reply's header, after 10 s of silence
 /// within its body. It may throw; the connection is closed then too.
 void set_web_idle_callback(WebIdleCallback callback, void *argument);
+
+/// Registers the step callback; null switches the calls off. The callback runs on the transaction's
+/// own thread, once for each step that succeeded. It may throw; the connection is closed then too.
+void set_web_step_callback(WebStepCallback callback, void *argument);
 
 /// Runs one transaction: connects, sends the request, reads the reply until the server closes.
 ///

@@ -2,6 +2,7 @@
 /// -verbose and -quiet: how much is said beside the result.
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <map>
 #include <sstream>
 
 #include "tests/harness/terminal.h"
@@ -22,6 +23,20 @@ std::string lines_marked(char mark, const std::string &text, const std::string &
         }
     }
     return lines;
+}
+
+/// The times that are told, each under the name that it has there.
+std::map<std::string, double> seconds_of(const std::string &text)
+{
+    std::map<std::string, double> seconds;
+    std::istringstream stream(lines_marked('*', text, "\n"));
+    for (std::string line; std::getline(stream, line);) {
+        const std::size_t colon = line.find(": ");
+        if (colon != std::string::npos) {
+            seconds[line.substr(0, colon)] = std::strtod(line.c_str() + colon + 1, nullptr);
+        }
+    }
+    return seconds;
 }
 
 /// The header of a request, its empty line left out.
@@ -80,18 +95,45 @@ TEST(VerboseOption, ShowsNoStarsWhereNoCredentialsAreSent)
 
 // "HTTP/1.0 200 OK", "X-Line: 1" and the empty line have 15 + 2 + 9 + 2 + 2 bytes, of which the
 // last line feed is no part of the header text.
-TEST(VerboseOption, ShowsTheReplysHeaderTheTimeAndTheSizes)
+TEST(VerboseOption, ShowsTheReplysHeaderAndTheSizes)
 {
-    ScriptedServer server({collect_request(), pause_for(300),
-                           send_bytes("HTTP/1.0 200 OK\r\nX-Line: 1\r\n\r\n12345")});
+    ScriptedServer server(replying("HTTP/1.0 200 OK\r\nX-Line: 1\r\n\r\n12345"));
     const ProgramResult result = run_corvella({"get", "-verbose", url_of(server)});
     EXPECT_EQ(result.out, "12345");
     EXPECT_EQ(lines_marked('<', result.err, "\n"), "HTTP/1.0 200 OK\nX-Line: 1\n");
-    const std::string facts = lines_marked('*', result.err, "\n");
-    const double seconds = std::strtod(facts.c_str(), nullptr);
-    EXPECT_GE(seconds, 0.299) << facts;
-    EXPECT_LT(seconds, 30.0) << facts;
-    EXPECT_EQ(facts.substr(facts.find(' ')), " s, 29 bytes of header, 5 bytes of body\n");
+    EXPECT_TRUE(contains(result.err, " s, 29 bytes of header, 5 bytes of body\n")) << result.err;
+}
+
+TEST(VerboseOption, ShowsTheTimeInPiecesAndInAll)
+{
+    ScriptedServer server({collect_request(), pause_for(300), send_bytes("HTTP/1.0 200 OK\r\n\r\n"),
+                           pause_for(200), send_bytes("12345")});
+    const ProgramResult result = run_corvella({"get", "-verbose", url_of(server)});
+    const std::map<std::string, double> seconds = seconds_of(result.err);
+    ASSERT_EQ(seconds.size(), 6u) << result.err;
+    double sum = 0.0;
+    for (const char *const piece : {"address", "connection", "request", "header", "body"}) {
+        ASSERT_EQ(seconds.count(piece), 1u) << result.err;
+        EXPECT_GE(seconds.at(piece), 0.0);
+        sum += seconds.at(piece);
+    }
+    EXPECT_GE(seconds.at("header"), 0.299) << result.err;
+    EXPECT_GE(seconds.at("body"), 0.199) << result.err;
+    EXPECT_LT(seconds.at("in all"), 30.0) << result.err;
+    EXPECT_NEAR(seconds.at("in all"), sum, 0.1) << result.err;
+}
+
+TEST(VerboseOption, ShowsOnlyThePiecesThatWereDone)
+{
+    ScriptedServer silent({collect_request()});
+    const std::string cut_off = run_corvella({"get", "-verbose", url_of(silent)}).err;
+    EXPECT_EQ(seconds_of(cut_off).count("header"), 1u) << cut_off;
+    const RefusingPort port;
+    const std::string url = "http://127.0.0.1:" + std::to_string(port.port()) + "/";
+    const std::string refused = run_corvella({"get", "-verbose", url}).err;
+    EXPECT_EQ(seconds_of(refused).count("address"), 1u) << refused;
+    EXPECT_EQ(seconds_of(refused).count("in all"), 1u) << refused;
+    EXPECT_EQ(seconds_of(refused).size(), 2u) << refused;
 }
 
 TEST(VerboseOption, ShowsTheHeaderOfARefusalBeforeTheReason)

@@ -81,7 +81,7 @@ struct FakeNetwork {
 
 extern FakeNetwork network;
 
-/// A fresh network for each test, whose millisecond counter is far from any wrap; no idle callback,
+/// A fresh network for each test, whose millisecond counter is far from any wrap; no callback,
 /// no cancel request, the last error text "earlier". At the end no descriptor may be left open, and
 /// no recv may have had a flag.
 class FakeNetworkTest : public testing::Test {

@@ -184,6 +184,7 @@ void promise_web()
     promise<void(const char *, ...)>(set_web_error);
     promise<const char *()>(web_last_error);
     promise<void(void (*)(void *), void *)>(set_web_idle_callback);
+    promise<void(void (*)(WebStep, void *), void *)>(set_web_step_callback);
     promise<const char *()>(system_error_text);
     promise<int(int)>(base64_encoded_length);
     promise<char *(const void *, int, char *)>(base64_encode);
