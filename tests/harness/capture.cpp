@@ -1,6 +1,7 @@
 #include "tests/harness/capture.h"
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
@@ -86,8 +87,15 @@ ChildResult run_in_child(const std::function<void()> &action, int seconds)
     if (child == 0) {
         be_the_child(action, seconds);
     }
+    if (child < 0) {
+        throw std::runtime_error("no child process");
+    }
     int status = 0;
-    waitpid(child, &status, 0);
+    while (waitpid(child, &status, 0) < 0) {
+        if (errno != EINTR) {
+            throw std::runtime_error("the child process is lost");
+        }
+    }
     out.restore();
     err.restore();
     const bool exited = WIFEXITED(status);

@@ -1,7 +1,9 @@
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <thread>
@@ -18,9 +20,24 @@ using std::chrono::steady_clock;
 /// Well above what a cancelled program needs, even on a busy machine, and well below a time-out.
 constexpr auto prompt = milliseconds(2000);
 
-void let_it_wait()
+/// Whether a process waits for something, and not for the processor.
+bool sleeps(pid_t process)
 {
-    std::this_thread::sleep_for(milliseconds(300));
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    const std::string facts((std::istreambuf_iterator<char>(file)), {});
+    return facts.find(") S ") != std::string::npos;
+}
+
+/// Lets a program come to wait for what does not come. A signal that finds it on its way there is
+/// seen ten seconds later.
+void let_it_wait(RunningProgram &program)
+{
+    int quiet_looks = 0;
+    for (int looks = 0; looks < 1000 && quiet_looks < 10; ++looks) {
+        std::this_thread::sleep_for(milliseconds(10));
+        quiet_looks = sleeps(program.process().pid()) ? quiet_looks + 1 : 0;
+    }
+    EXPECT_EQ(quiet_looks, 10);
 }
 
 /// A listening socket whose queue is full, so that a further connection is never made.
@@ -72,7 +89,7 @@ TEST(Interrupt, CancelsTheWaitForTheHeader)
         ScriptedServer server({collect_request(), send_bytes(sent), waiting.step(), stay_silent()});
         RunningProgram program(corvella_command({"get", url_of(server)}));
         ASSERT_TRUE(waiting.wait());
-        let_it_wait();
+        let_it_wait(program);
         const auto start = steady_clock::now();
         program.process().signal(SIGINT);
         const ProgramResult result = program.finish();
@@ -95,7 +112,7 @@ TEST(Interrupt, CancelsEveryCommandThatTalksToTheWeb)
         arguments.insert(arguments.end(), {"-proxy", proxy_of(server)});
         RunningProgram program(corvella_command(arguments));
         ASSERT_TRUE(waiting.wait());
-        let_it_wait();
+        let_it_wait(program);
         program.process().signal(SIGINT);
         EXPECT_EQ(program.finish().exit_status, 130) << arguments[0];
     }
@@ -112,7 +129,7 @@ TEST(Interrupt, CancelsTheWaitForTheBody)
     RunningProgram program(
         corvella_command({"get", url_of(server), "-output", directory.path("page")}));
     ASSERT_TRUE(waiting.wait());
-    let_it_wait();
+    let_it_wait(program);
     const auto start = steady_clock::now();
     program.process().signal(SIGINT);
     const ProgramResult result = program.finish();
@@ -133,10 +150,10 @@ TEST(Interrupt, StaysIgnoredWhereTheProgramIsStartedSo)
     RunningProgram program(corvella_command({"get", url_of(server)}), options);
     ASSERT_TRUE(waiting.wait());
     for (int i = 0; i < 2; ++i) {
-        let_it_wait();
+        let_it_wait(program);
         program.process().signal(SIGINT);
     }
-    let_it_wait();
+    let_it_wait(program);
     server.release();
     const ProgramResult result = program.finish();
     EXPECT_EQ(result.exit_status, 0) << result.signal << result.err;
@@ -150,7 +167,7 @@ void wait_until_output_is_stuck(RunningProgram &program, ScriptedServer &server)
     ASSERT_TRUE(server.wait_until_served());
     for (int count = -1; count < program.waiting_output();) {
         count = program.waiting_output();
-        let_it_wait();
+        let_it_wait(program);
     }
     ASSERT_GT(program.waiting_output(), 0);
 }
@@ -185,7 +202,7 @@ TEST(SecondInterrupt, EndsAProgramThatCannotConnect)
 {
     const BusyPort busy;
     RunningProgram program(corvella_command({"get", busy.url()}));
-    let_it_wait();
+    let_it_wait(program);
     expect_end_by_second_interrupt(program);
 }
 

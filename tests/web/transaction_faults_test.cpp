@@ -3,7 +3,7 @@
 /// is the test's own, and signals end the waits, so that ten seconds of silence take none.
 #include "tests/harness/scripted_server.h"
 #include "tests/harness/set_clock.h"
-#include "tests/harness/signal_timer.h"
+#include "tests/web/connected_signal_timer.h"
 #include "tests/web/web_call.h"
 #include "web/web.h"
 
@@ -202,7 +202,7 @@ TEST_F(WebFault, SilenceTimesOutAfterTenSecondsAnywhere)
 {
     for (const Place &place : places) {
         SCOPED_TRACE(place.name);
-        const SignalTimer timer(interrupt, 20, 20);
+        const ConnectedSignalTimer timer(interrupt, 20, 20);
         const WebOutcome outcome = get_up_to(place, {say_that_silence_begins(), stay_silent()});
         expect_timeout(outcome);
         expect_header_if_complete(outcome, place);
@@ -214,7 +214,7 @@ TEST_F(WebFault, CancelFromASignalHandlerStopsASilentReplyAnywhere)
 {
     for (const Place &place : places) {
         SCOPED_TRACE(place.name);
-        const SignalTimer timer(request_cancel, 20, 20);
+        const ConnectedSignalTimer timer(request_cancel, 20, 20);
         const WebOutcome outcome = get_up_to(place, {say_that_silence_begins(), stay_silent()});
         EXPECT_EQ(outcome.result, 2);
         EXPECT_FALSE(outcome.body.has_value());
@@ -234,7 +234,7 @@ TEST_F(WebFault, TimerThatKeepsAskingToCancelStopsATrickle)
         const std::string begin = in_body ? "A\n\n" : "A\n";
         const ScriptedServer server(
             {collect_request(), send_bytes(begin), send_one_by_one(std::string(100000, 'x'), 5)});
-        const SignalTimer timer([](int) { web_cancel_requested = 1; }, 100, 20);
+        const ConnectedSignalTimer timer([](int) { web_cancel_requested = 1; }, 100, 20);
         const WebOutcome outcome = run_soon({}, server.port());
         EXPECT_EQ(outcome.result, 2);
         EXPECT_EQ(outcome.header.has_value(), in_body);
@@ -249,7 +249,7 @@ TEST_F(WebFault, SilenceOfAServerThatNeverAcceptsTimesOut)
     for (const WebCall &call : {WebCall(), post_of(body)}) {
         prepare();
         const ScriptedServer server({}, false);
-        const SignalTimer timer(interrupt, 20, 20);
+        const ConnectedSignalTimer timer(interrupt, 20, 20);
         peer_is_silent = true;
         const WebOutcome outcome = run_soon(call, server.port());
         expect_timeout(outcome);
@@ -293,7 +293,7 @@ TEST_F(WebFault, LargePostThatIsNeverReadTimesOut)
         prepare();
         const ScriptedServer server(reply);
         // A signal that finds the client in a send makes a second pass.
-        const SignalTimer timer([](int) { pass(1000); }, 20, 20);
+        const ConnectedSignalTimer timer([](int) { pass(1000); }, 20, 20);
         const WebOutcome outcome = run_soon(post_of(body), server.port());
         expect_timeout(outcome);
         EXPECT_FALSE(outcome.header.has_value());
@@ -305,7 +305,7 @@ TEST_F(WebFault, LargePostThatIsNeverReadCanBeCancelledFromASignalHandler)
 {
     const std::string body(20000000, 'x');
     const ScriptedServer server({say_that_silence_begins(), stay_silent()});
-    const SignalTimer timer(request_cancel, 20, 20);
+    const ConnectedSignalTimer timer(request_cancel, 20, 20);
     const WebOutcome outcome = run_soon(post_of(body), server.port());
     EXPECT_EQ(outcome.result, 2);
     EXPECT_FALSE(outcome.header.has_value());

@@ -1,7 +1,7 @@
 /// \file
 /// Transactions in a process with signals, cancel requests and idle callbacks.
 #include "tests/harness/scripted_server.h"
-#include "tests/harness/signal_timer.h"
+#include "tests/web/connected_signal_timer.h"
 #include "tests/web/web_call.h"
 #include "web/web.h"
 
@@ -84,7 +84,7 @@ TEST_F(WebProcess, CancelsASilentServerFromASignalHandler)
 {
     ScriptedServer server({collect_request(), send_bytes("HTTP/1.0 200"), stay_silent()});
     const Clock::time_point start = Clock::now();
-    const SignalTimer timer(request_cancel, 250, 0);
+    const ConnectedSignalTimer timer(request_cancel, 250, 0);
     expect_cancel(get_from(server));
     EXPECT_GE(milliseconds_since(start), 240);
     EXPECT_LT(milliseconds_since(start), 3000);
@@ -141,7 +141,7 @@ TEST_F(WebProcess, PostsAllBytesInAStormOfSignals)
     call.port = server.port();
     call.method = "POST";
     call.body = body;
-    const SignalTimer storm(count_signal, 1, 1);
+    const ConnectedSignalTimer storm(count_signal, 1, 1);
     EXPECT_EQ(run(call).body, "abc");
     EXPECT_GT(signal_count, 50);
     EXPECT_TRUE(server.requests() == std::vector<std::string>{request_text(
