@@ -17,8 +17,8 @@ LIST = pathlib.Path(__file__).resolve().parent / "unreachable.txt"
 
 
 def unreached(trace):
-    """For each file and line text: how many branches were not reached, None for the whole line; and
-    the line's number."""
+    """For each file and line text: how many branches of all lines with that text were not reached,
+    None for a whole line; and the number of one of them."""
     found = {}
     for file in trace["files"]:
         texts = (TOP / file["file"]).read_text().split("\n")
@@ -27,10 +27,11 @@ def unreached(trace):
                 continue
             text = texts[line["line_number"] - 1].strip()
             missed = sum(branch["count"] == 0 for branch in line["branches"])
-            if line["count"] == 0:
+            earlier, _ = found.get((file["file"], text), (0, 0))
+            if line["count"] == 0 or earlier is None:
                 found[file["file"], text] = (None, line["line_number"])
             elif missed:
-                found[file["file"], text] = (missed, line["line_number"])
+                found[file["file"], text] = (earlier + missed, line["line_number"])
     return found
 
 
