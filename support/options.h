@@ -12,12 +12,16 @@
 ///
 /// Deliberate differences: an element that reads as a negative number is an operand; an unknown
 /// "--name" is read as a cluster of short options, without a diagnostic of its own; "=" may stand
-/// before the argument of a short option too; a cluster of several options behind operands is not
-/// moved in front of them, so that those operands are lost to a caller that reads on from
-/// option_index; a ":" typed as an option is found in the option characters like any other.
+/// before the argument of a short option too; a cluster of several options, and an option that is
+/// unknown, ambiguous or without its argument, is not moved in front of the operands before it, so
+/// that those operands are lost to a caller that reads on from option_index; a ":" typed as an
+/// option is found in the option characters like any other.
 ///
 /// Diagnostics go straight to standard error, in the form "program: ..."; they are printed only
 /// while option_errors is not 0. All state is process-wide: one scan at a time.
+///
+/// The caller's duty: elements, names and option characters are NUL-terminated, the table of long
+/// options has its end, and a \p flag points to where a value can be stored.
 #pragma once
 
 #include <cstdint>
@@ -40,7 +44,7 @@ extern std::int32_t option_index;
 extern char *option_argument;
 
 /// The character of the short option just returned, 0 to 255; 1 for an operand returned in order;
-/// '?' after an error, ':' after a missing argument.
+/// '?' after an error, ':' after a missing argument. A long option leaves it as it was.
 extern std::int32_t option_code;
 
 /// Whether diagnostics are printed; 1 at first.
@@ -79,7 +83,8 @@ int get_long_options_only(int count, char **vector, const char *short_options,
 ///
 /// \return the character of a short option; for a long option its value, or 0 when the value was
 /// stored through its flag; 1 for an operand returned in order; '?' for an unknown or ambiguous
-/// option and for a call without elements or descriptions; ':' for a missing argument; -1 at the
+/// option and for a call without elements or descriptions; where \p short_options is null, for an
+/// unknown name option_code as it was, without a diagnostic; ':' for a missing argument; -1 at the
 /// end. A call that could only be repeated with the same result is the last of its scan: the next
 /// one returns -1 until option_index is set to 0, so that a loop until -1 ends for every vector.
 /// Only a call without elements or descriptions is answered '?' each time.

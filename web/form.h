@@ -36,5 +36,5 @@ char *form_escape(char *destination, const char *source);
 
 /// Escapes \p source until the count reaches \p limit, or until an escape would begin at a count
 /// above \p limit - 3. A \p limit below 1 gives "". The destination needs up to 3 * \p limit + 2
-/// bytes, because spaces count 1. \return \p destination.
+/// bytes, because spaces count 1; 1 byte for a limit below 1. \return \p destination.
 char *form_escape_bounded(char *destination, const char *source, int limit);

@@ -6,4 +6,5 @@
 /// a reason phrase is required. Deliberately blanks run across line ends, so that the next header
 /// line is taken for a missing reason. \p header may be null, which counts as "".
 /// \return 0, or -1 with the reason in web_last_error().
+/// \throws std::bad_alloc when memory for the reason is exhausted.
 int check_reply_status(const char *header);

@@ -7,7 +7,6 @@
 #include <new>
 #include <sys/socket.h>
 
-#include "support/c-utils.h"
 #include "support/error.h"
 #include "web/base64.h"
 #include "web/socket_sends.h"

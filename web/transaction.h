@@ -14,7 +14,8 @@ enum WebStep {
     WEB_ADDRESS_FOUND,   ///< looked up the web server's name, or the proxy's
     WEB_CONNECTED,       ///< connected to either
     WEB_REQUEST_SENT,    ///< handed the request to the system; what arrives of it is not known
-    WEB_HEADER_RECEIVED, ///< received the reply's header, or all there was before the peer closed
+    WEB_HEADER_RECEIVED, ///< received the reply's header, or all there was before a close or an
+                         ///< error
 };
 
 /// Called after each step of a transaction, with the argument that was registered.
@@ -26,7 +27,8 @@ extern volatile std::sig_atomic_t web_cancel_requested;
 
 /// Registers the idle callback; null switches the calls off. The callback runs on the transaction's
 /// own thread: every 100 ms of silence before and within the reply's header, after 10 s of silence
-/// within its body. It may throw; the connection is closed then too.
+/// within its body, and whenever a signal interrupts such a wait; not while the request is sent. It
+/// may throw; the connection is closed then too.
 void set_web_idle_callback(WebIdleCallback callback, void *argument);
 
 /// Registers the step callback; null switches the calls off. The callback runs on the transaction's
@@ -47,8 +49,10 @@ void set_web_step_callback(WebStepCallback callback, void *argument);
 /// \param method exactly "POST" posts; anything else gets
 /// \param extra_headers header lines without the last line end; null or empty for none
 /// \param body sent behind the header of a POST, NUL bytes included; ignored otherwise
-/// \param header_out receives the reply's header as soon as it is complete, even when the body then
-///     fails: all up to the empty line, whose carriage return is kept and whose line feed is not
+/// \param header_out receives the reply's header as soon as it is complete, or broken off by a
+/// close
+///     or an error, even when the body then fails: all up to the empty line, whose carriage return
+///     is kept and whose line feed is not
 /// \param body_out receives the reply's body when the result is 0
 /// \param proxy_host the HTTP proxy to connect to; null or empty for a direct connection
 /// \param proxy_port the proxy's port
@@ -66,7 +70,8 @@ void set_web_step_callback(WebStepCallback callback, void *argument);
 /// null before and releases what is not null after.
 ///
 /// Looking the name up and connecting wait as long as the system does, and look neither at the
-/// cancel request nor at the idle callback. Where nothing was received, neither text is touched.
+/// cancel request nor at the idle callback. Where a wait within the header was in vain, neither
+/// text is touched, whatever had come; a peer that closes without a byte gives two empty ones.
 ///
 /// \return 0 done; -1 failed; 1 the server sent nothing, or took nothing of the request, for 10 s;
 /// 2 cancelled. When it is not 0, web_last_error() has the reason. An earlier error text is not

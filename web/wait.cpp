@@ -74,8 +74,8 @@ int finish_wait(wait_result result)
         set_web_error("Timeout waiting for web site");
         return WEB_TIMED_OUT;
     case wait_result::cancelled:
+        web_cancel_requested = 0; // also where no memory is left for the text
         set_web_error("User canceled web transaction");
-        web_cancel_requested = 0;
         return WEB_CANCELLED;
     case wait_result::ready:
         break;

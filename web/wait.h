@@ -13,7 +13,8 @@ constexpr int SILENCE_LIMIT_SECONDS = 10;
 
 enum class wait_result { ready, timed_out, cancelled };
 
-/// Waits until \p socket can be read, for at most SILENCE_LIMIT_SECONDS, in slices of \p slice.
+/// Waits until \p socket can be read, in slices of \p slice, and begins none once
+/// SILENCE_LIMIT_SECONDS are over: a wait that signals interrupt may last up to one slice longer.
 /// After each slice without news, a requested cancellation is honoured or the idle callback called.
 wait_result wait_readable(int socket, timeval slice);
 

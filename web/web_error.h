@@ -7,7 +7,7 @@
 [[gnu::format(printf, 1, 2)]] void set_web_error(const char *format, ...);
 
 /// \return the last error text, or "" when there is none. It stays the web client's and is valid
-/// until the next set_web_error() or web_request().
+/// until the next call of set_web_error() or of a function of the web client that may fail.
 const char *web_last_error();
 
 /// Describes errno as "code N: description" (strerror, POSIX), cut at 1023 characters. errno itself

@@ -38,11 +38,12 @@ float distance_2d(float x1, float y1, float x2, float y2);
 float modulo_float(float x, float y);
 /// \return x - floor(x).
 float fraction_float(float x);
-/// \return the multiple of \p y at or below \p x: y * floor(x / y); a NaN when \p y is 0.
+/// \return the multiple of \p y at or below \p x (at or above for a negative \p y): y * floor(x /
+/// y); a NaN when \p y is 0.
 float floor_to_step(float x, float y);
-/// \return the multiple of \p y nearest to \p x, halves upwards: y * floor((x + y * 0.5) / y),
-/// where the quotient is computed in double precision and rounded to single before the floor; a NaN
-/// when \p y is 0.
+/// \return the multiple of \p y nearest to \p x, halves upwards (downwards for a negative \p y):
+/// y * floor((x + y * 0.5) / y), where the quotient is computed in double precision and rounded to
+/// single before the floor; a NaN when \p y is 0.
 float round_to_step(float x, float y);
 
 /// \return a repeatable pseudo-random value made of the bits of \p x * 2^33, a NaN's too, in [-32,

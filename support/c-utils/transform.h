@@ -2,9 +2,9 @@
 /// Copies that change, drop or double single characters.
 ///
 /// The character classes are the standard library's, in the locale in force, asked about unsigned
-/// bytes: in the locale "C" no byte of 0x80 or above is a letter. Source and
-/// destination may be the same text, except for double_percent_signs(). A result needs no more room
-/// than its source, except where it is said.
+/// bytes: in the locale "C" no byte of 0x80 or above is a letter. Source and destination may be the
+/// same text, except for double_percent_signs(). A result needs no more room than its source,
+/// except where it is said.
 #pragma once
 
 /// Lower-cases every byte.

@@ -5,10 +5,11 @@
 /// then see to it that this ends; it may throw, and the message is not counted then.
 #pragma once
 
-/// Receives the texts of write_raw_message() with their tags.
+/// Receives the texts of write_raw_message() with their tags. Its result is ignored.
 using OutputHook = int (*)(const char *text, const char *tag);
 
-/// Receives the messages of levels 1 to 10: the level and the expanded text, without a label.
+/// Receives the messages of levels 1 to 10: the level and the expanded text, without a label. Its
+/// result becomes report_message()'s.
 using MessageHook = int (*)(int level, const char *text);
 
 /// Installs \p hook, or default_output_hook() when it is null.
