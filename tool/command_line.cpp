@@ -11,11 +11,10 @@
 #include "tool/output.h"
 #include "tool/password.h"
 #include "tool/terminal.h"
+#include "tool/url.h"
 #include "tool/usage_text.h"
 
 namespace {
-
-constexpr std::int32_t greatest_port = 65535;
 
 /// What is read beside the command line's record.
 struct given_options {

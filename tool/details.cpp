@@ -1,5 +1,6 @@
 #include "tool/details.h"
 
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <unistd.h>
@@ -12,7 +13,7 @@
 
 namespace {
 
-// As every request has them.
+// As send_request() sends them.
 constexpr char fixed_lines[] = "Accept: image/gif, image/x-xbitmap, image/jpeg, image/pjpeg, */*\n"
                                "Accept-Language: en-us\n"
                                "User-Agent: Morvane_Auto1\n"
@@ -22,7 +23,7 @@ constexpr char fixed_lines[] = "Accept: image/gif, image/x-xbitmap, image/jpeg, 
 void show_lines(char mark, const std::string &text)
 {
     for (const std::string &line : lines_of(text)) {
-        print_indented("%c %s\n", mark, text_for(STDERR_FILENO, line).c_str());
+        std::fprintf(stderr, "%c %s\n", mark, text_for(STDERR_FILENO, line).c_str());
     }
 }
 

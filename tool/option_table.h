@@ -72,8 +72,8 @@ const std::vector<program_command> &program_commands();
 const std::vector<option_group> &option_groups();
 const std::vector<exit_status_meaning> &exit_status_meanings();
 
-/// \return the options that go with a command, or with no command where that is null. "-version"
-/// asks for the program's own version, except with `update`, which takes the product's.
+/// \return the options that go with \p command. "-version" asks for the program's own version,
+/// except with `update`, which takes the product's.
 std::vector<program_option> options_of(const char *command);
 
 /// \return the parser's table, which has the options of all commands. \param updates whether the

@@ -35,9 +35,9 @@ void say_result(const char *tag, const std::string &text)
     if (output_is_framed) {
         write_raw_message(text_for(STDOUT_FILENO, text).c_str(), tag);
     } else {
-        set_print_stream(stdout);
-        print_indented("%s\n", text_for(STDOUT_FILENO, text).c_str());
-        set_print_stream(nullptr);
+        const std::string line = text_for(STDOUT_FILENO, text) + "\n";
+        std::fwrite(line.data(), 1, line.size(), stdout);
+        std::fflush(stdout);
     }
     if (std::ferror(stdout) != 0 && !some_results_are_lost) {
         report_lost_output();

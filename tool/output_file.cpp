@@ -36,8 +36,11 @@ std::string resolved_path(std::string path)
         if (length < 0 || static_cast<std::size_t>(length) == sizeof target) {
             break;
         }
-        const std::string link(target, static_cast<std::size_t>(length));
-        path = link[0] == '/' ? link : folder_of(path).append(link);
+        std::string link(target, static_cast<std::size_t>(length));
+        if (link[0] != '/') {
+            link.insert(0, folder_of(path));
+        }
+        path = link;
     }
     return path;
 }

@@ -45,8 +45,10 @@ bool read_fields(const command_line &line, std::vector<named_value> &fields)
 bool write_reply(const command_line &line, const char *header, const char *body)
 {
     // The header text ends before the line feed of its empty line.
-    if (line.show_header && !show_reply_text(std::string(header) + "\n")) {
-        return false;
+    if (line.show_header) {
+        if (!show_reply_text(std::string(header) + "\n")) {
+            return false;
+        }
     }
     return line.output != nullptr ? write_output_file(line.output, body) : show_reply_text(body);
 }

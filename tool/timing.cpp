@@ -15,30 +15,17 @@ struct piece {
 
 std::vector<piece> pieces;
 
-const char *name_of(WebStep step)
-{
-    switch (step) {
-    case WEB_ADDRESS_FOUND:
-        return "address";
-    case WEB_CONNECTED:
-        return "connection";
-    case WEB_REQUEST_SENT:
-        return "request";
-    case WEB_HEADER_RECEIVED:
-        break;
-    }
-    return "header";
-}
-
 void note_step(WebStep step, void *)
 {
-    pieces.push_back({name_of(step), elapsed_time()});
+    static const char *const names[] = {"address", "connection", "request", "header"};
+    pieces.push_back({names[step], elapsed_time()});
 }
 
 } // namespace
 
 void begin_timing()
 {
+    pieces.clear();
     set_web_step_callback(note_step, nullptr);
 }
 

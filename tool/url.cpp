@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr long greatest_port = 65535;
-
 /// What may follow the host and its port.
 constexpr char behind_host[] = "/?#";
 constexpr char host_characters[] =

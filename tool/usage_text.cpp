@@ -37,7 +37,10 @@ std::string entry(const std::string &listed, const char *description, int column
 /// \p name with the arguments behind it, if it takes any.
 std::string with_arguments(const std::string &name, const std::string &arguments)
 {
-    return arguments.empty() ? name : name + " " + arguments;
+    if (arguments.empty()) {
+        return name;
+    }
+    return name + " " + arguments;
 }
 
 std::string option_entry(const program_option &option, int columns)

@@ -19,7 +19,8 @@ bool has_a_watcher()
 
 void show_waiting(void *)
 {
-    const int seconds = static_cast<int>(elapsed_time());
+    // Whatever somebody sets the clock to.
+    const int seconds = static_cast<int>(clamp_float(elapsed_time(), 0.0f, 9999.0f));
     if (seconds > shown_seconds && has_a_watcher()) {
         shown_seconds = seconds;
         print_indented("\rWaiting for the web site: %d s", seconds);

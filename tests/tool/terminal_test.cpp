@@ -151,6 +151,29 @@ TEST(TheWait, IsNotShownFromTheBackground)
     EXPECT_FALSE(contains(written, waiting_words)) << written;
 }
 
+TEST(TheWait, IsLeftStandingByAProgramThatWasSentToTheBackground)
+{
+    ScriptedServer server({collect_form(), stay_silent(), send_bytes(good_reply("body\n"))});
+    Terminal terminal;
+    ProgramOptions options;
+    options.err = terminal.program_end();
+    options.prepare = [&terminal] { terminal.become_controlling(); };
+    RunningProgram program({"/bin/bash", "-c",
+                            "set -m; \"$0\" get \"$1\"; bg >&2; echo behind >&2; wait $!",
+                            corvella_path(), url_of(server)},
+                           options);
+    const auto appears = [&terminal](const char *words) {
+        return terminal.wait_until_seen(
+            [words](const std::string &line) { return contains(line, words); }, 8);
+    };
+    ASSERT_TRUE(appears(waiting_words)) << terminal.written();
+    terminal.type("\x1a");
+    ASSERT_TRUE(appears("behind")) << terminal.written();
+    server.release();
+    EXPECT_EQ(program.finish().out, "body\n");
+    EXPECT_FALSE(contains(terminal.written(), std::string(40, ' '))) << terminal.written();
+}
+
 TEST(TheWait, IsNotShownOnATerminalOfOthers)
 {
     EXPECT_EQ(written_during_a_wait(corvella_command({"get"}), false), "");
