@@ -69,7 +69,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
                                             message.data(), version.data(), url.data(),
                                             button.data(), "127.0.0.1", 80, nullptr, nullptr);
     const ReplyModel reply = model_of({finished_peer.reply}, SIZE_MAX);
-    const std::string verdict = scanned_verdict(reply.header.c_str());
+    const std::string header_text = reply.header.substr(0, reply.header.find('\0'));
+    const std::string verdict = scanned_verdict(header_text);
     const bool accepted = verdict == "(accepted)";
     const UpdateReplyModel model(reply.body);
     expect_equal(result, accepted && model.has_message() ? 0 : -1, "the query's result");

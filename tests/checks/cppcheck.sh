@@ -4,7 +4,7 @@ set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 cd "$1"
 folders=()
-for folder in support web platform tool examples tests; do
+for folder in support web platform tool examples tests fuzz; do
     [ ! -d "$folder" ] || folders+=("$folder")
 done
 cppcheck --quiet --error-exitcode=1 -j "$(nproc)" --std=c++17 --library=googletest -I . \

@@ -59,6 +59,14 @@ TEST(UpdateCommand, TakesItsOptionsInAnyOrderAndForm)
               "&machine%5fid=m&processor%5farch=ppc");
 }
 
+// The fields have room for 65,536 bytes, one of which is their NUL.
+TEST(UpdateCommand, ShowsAValueOfAnyLengthThatItKeepsOnALineOfItsOwn)
+{
+    const std::string longest(65535, 'x');
+    EXPECT_EQ(answered_with(good_reply("Version: " + longest + "y\nURL: u\nMessage: m\n")).out,
+              "Message: m\nVersion: " + longest + "\nURL: u\n");
+}
+
 TEST(UpdateCommand, TakesNoOperand)
 {
     const ProgramResult result =
