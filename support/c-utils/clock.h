@@ -1,6 +1,7 @@
 /// \file
 /// Two wall-clock scales, a start mark, and sleep. The clock is gettimeofday (POSIX): whoever sets
-/// the system's time moves it.
+/// the system's time moves it. A look at it that the system refuses reads 1970-01-01 00:00:00 UTC,
+/// and nothing else tells of that.
 #pragma once
 
 #include <cstdint>

@@ -54,6 +54,9 @@ bool is_chosen(Call call, int number)
         return false;
     }
     number = chosen.of_every_call ? calls_in_all : number;
+    if (chosen.of_every_call && call == Call::Clock) {
+        return number == chosen.number;
+    }
     switch (chosen.how) {
     case Failure::Once:
         return number == chosen.number;
@@ -223,6 +226,7 @@ WRAPPED(void *, readdir, (void *directory), (directory), Readdir, nullptr)
 WRAPPED(void *, readdir64, (void *directory), (directory), Readdir, nullptr)
 WRAPPED(int, gethostname, (char *buffer, std::size_t size), (buffer, size), Hostname, -1)
 WRAPPED(int, nanosleep, (const void *time, void *rest), (time, rest), Sleep, -1)
+WRAPPED(int, gettimeofday, (void *time, void *zone), (time, zone), Clock, -1)
 WRAPPED(void *, localtime, (const void *time), (time), Localtime, nullptr)
 WRAPPED(char *, ctime_r, (const void *time, char *buffer), (time, buffer), Ctime, nullptr)
 WRAPPED(std::size_t, fread, (void *buffer, std::size_t size, std::size_t count, std::FILE *file),

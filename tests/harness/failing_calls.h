@@ -40,6 +40,7 @@ enum class Call {
     Closedir,
     Hostname,
     Sleep,
+    Clock,
     Time,
     Localtime,
     Ctime,
@@ -66,8 +67,10 @@ struct Failure {
     How how = Never;
     Call call = Call::Malloc;
     int error = 0;
-    int number = 1;             ///< the first that fails, counted from 1; unused for EveryOther
-    bool of_every_call = false; ///< all calls in one count, each with the first error it documents
+    int number = 1; ///< the first that fails, counted from 1; unused for EveryOther
+    /// All calls in one count, each with the first error it documents; Clock only once, because
+    /// some waits end by the clock alone.
+    bool of_every_call = false;
 
     bool for_ever() const
     {

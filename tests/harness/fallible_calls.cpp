@@ -68,6 +68,7 @@ const std::array<FallibleCall, call_count> &fallible_calls()
         {Call::Closedir, {"closedir"}, {EBADF, EINTR}},
         {Call::Hostname, {"gethostname"}, {EFAULT, EINVAL, ENAMETOOLONG, EPERM}},
         {Call::Sleep, {"nanosleep"}, {EFAULT, EINTR, EINVAL}},
+        {Call::Clock, {"gettimeofday"}, {EFAULT}},
         {Call::Time, {"time"}, {EFAULT, EOVERFLOW}},
         {Call::Localtime, {"localtime"}, {EOVERFLOW}},
         {Call::Ctime, {"ctime_r"}, {EOVERFLOW}},

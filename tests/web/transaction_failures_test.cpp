@@ -30,7 +30,7 @@ FailureScenario get()
 {
     return {"Get",
             {Call::Realloc, Call::Socket, Call::Lookup, Call::Connect, Call::SetOption, Call::Send,
-             Call::Select, Call::Receive, Call::Close},
+             Call::Select, Call::Receive, Call::Close, Call::Clock},
             prepare_get,
             [] {
                 running.result =
@@ -49,7 +49,7 @@ FailureScenario post()
     return {
         "PostForm",
         {Call::Malloc, Call::Realloc, Call::New, Call::Socket, Call::Lookup, Call::Connect,
-         Call::SetOption, Call::Send, Call::Select, Call::Receive, Call::Close},
+         Call::SetOption, Call::Send, Call::Select, Call::Receive, Call::Close, Call::Clock},
         [] {
             prepare_exchange(request_text(
                 "POST http://web1.test:8080/form HTTP/1.0", upper_host,
@@ -177,7 +177,7 @@ FailureScenario lost_reply()
     return failing(
         "LostReply",
         {Call::Malloc, Call::Realloc, Call::Socket, Call::Lookup, Call::Connect, Call::SetOption,
-         Call::Send, Call::Select, Call::Receive, Call::Close, Call::Format},
+         Call::Send, Call::Select, Call::Receive, Call::Close, Call::Clock, Call::Format},
         [] {
             prepare_get();
             network.events = {data(header_bytes), receive_error(ECONNRESET), peer_closes()};
@@ -215,16 +215,29 @@ FailureScenario lost_reply()
         });
 }
 
-/// The server says nothing at all.
+int idle_calls;
+
+/// Asks to cancel after fifteen seconds of waits without news, where ten are the most.
+void cancel_a_long_wait(void *)
+{
+    if (++idle_calls == 150) {
+        web_cancel_requested = 1;
+    }
+}
+
+/// The server says nothing at all. While no look at the clock succeeds, the time does not pass:
+/// then only a cancellation ends the wait.
 FailureScenario silent_server()
 {
     return failing(
         "SilentServer",
         {Call::Malloc, Call::Socket, Call::Lookup, Call::Connect, Call::SetOption, Call::Send,
-         Call::Select, Call::Close, Call::Format},
+         Call::Select, Call::Close, Call::Clock, Call::Format},
         [] {
             prepare_get();
             network.events = {};
+            idle_calls = 0;
+            set_web_idle_callback(cancel_a_long_wait, nullptr);
         },
         {1, {}, {}, timeout},
         [](const Failure &failure) -> std::string {
@@ -237,6 +250,9 @@ FailureScenario silent_server()
                 return shown({1, {}, {}, timeout, failure.error == EINTR && !failure.for_ever()});
             case Call::Select:
                 return shown({1, {}, {}, timeout});
+            case Call::Clock:
+                return failure.for_ever() ? shown({2, {}, {}, "User canceled web transaction"})
+                                          : shown({1, {}, {}, timeout});
             default: {
                 const Exchange exchange = exchange_with(failure, plain_host);
                 return shown(exchange.result == 0 ? Exchange{1, {}, {}, timeout} : exchange);
@@ -251,7 +267,7 @@ FailureScenario lost_piece()
     return failing(
         "LostPiece",
         {Call::Realloc, Call::Socket, Call::Lookup, Call::Connect, Call::SetOption, Call::Send,
-         Call::Shutdown, Call::Select, Call::Receive, Call::Close},
+         Call::Shutdown, Call::Select, Call::Receive, Call::Close, Call::Clock},
         [] {
             prepare_get();
             network.lost_send = 3;

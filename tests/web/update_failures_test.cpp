@@ -46,7 +46,7 @@ FailureScenario update()
 {
     return {"QueryProductUpdate",
             {Call::Realloc, Call::New, Call::Socket, Call::Lookup, Call::Connect, Call::SetOption,
-             Call::Send, Call::Select, Call::Receive, Call::Close, Call::Format},
+             Call::Send, Call::Select, Call::Receive, Call::Close, Call::Clock, Call::Format},
             [] {
                 prepare_exchange();
                 message[0] = version[0] = '\0';

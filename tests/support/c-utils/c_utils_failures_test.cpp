@@ -2,9 +2,11 @@
 #include "support/c-utils.h"
 #include "support/error.h"
 #include "tests/failures/failure_scenario.h"
+#include "tests/web/fake_network.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -222,6 +224,69 @@ FailureScenario sleep()
             [](const Failure &) -> std::string { return "back"; }};
 }
 
+// The clock of this program is the replaced network's. One that fails reads the start of 1970.
+
+constexpr std::int64_t clock_ms = INT64_C(1735689600125);
+
+void set_clock()
+{
+    network.clock_ms = clock_ms;
+}
+
+FailureScenario seconds_scale()
+{
+    static double seconds;
+    return {"CurrentTimeSeconds",
+            {Call::Clock},
+            set_clock,
+            [] { seconds = current_time_seconds(); },
+            [] { return std::to_string(seconds); },
+            "883612800.125000",
+            [](const Failure &) -> std::string { return "-852076800.000000"; }};
+}
+
+FailureScenario millisecond_counter()
+{
+    static std::uint32_t milliseconds;
+    constexpr std::int64_t base_ms = INT64_C(1050000000000);
+    return {
+        "CurrentTimeMilliseconds",
+        {Call::Clock},
+        set_clock,
+        [] { milliseconds = current_time_milliseconds(); },
+        [] { return std::to_string(milliseconds); },
+        std::to_string(static_cast<std::uint32_t>(clock_ms - base_ms)),
+        [](const Failure &) { return std::to_string(static_cast<std::uint32_t>(0 - base_ms)); }};
+}
+
+FailureScenario timer_start()
+{
+    return {"StartTimer",
+            {Call::Clock},
+            set_clock,
+            [] { start_timer(); },
+            [] { return std::to_string(timer_start_mark); },
+            "883612800.125000",
+            [](const Failure &) -> std::string { return "-852076800.000000"; }};
+}
+
+FailureScenario timer_reading()
+{
+    static float seconds;
+    return {"ElapsedTime",
+            {Call::Clock},
+            [] {
+                timer_start_mark = 883612797.125;
+                set_clock();
+            },
+            [] { seconds = elapsed_time(); },
+            [] { return std::to_string(seconds); },
+            "3.000000",
+            [](const Failure &) {
+                return std::to_string(static_cast<float>(-852076800.0 - 883612797.125));
+            }};
+}
+
 /// A failed clock reads one second before 1970; a year that cannot be held counts as 0.
 FailureScenario today()
 {
@@ -256,6 +321,10 @@ std::vector<FailureScenario> c_utils_scenarios()
         host_name(),
         command_line(),
         sleep(),
+        seconds_scale(),
+        millisecond_counter(),
+        timer_start(),
+        timer_reading(),
         today(),
     };
 }
