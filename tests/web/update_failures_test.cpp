@@ -73,21 +73,24 @@ FailureScenario update()
             }};
 }
 
-/// The three complaints of a reply's status.
-FailureScenario bad_status()
+const char *reply_header;
+
+/// One of the three complaints of a reply's status.
+FailureScenario bad_status(const char *name, void (*prepare)(), const std::string &complaint)
 {
-    return {"CheckReplyStatus",
+    return {name,
             {Call::Malloc, Call::Format},
-            [] { running.finished = false; },
+            prepare,
             [] {
-                running.result = check_reply_status("HTTP/1.0 404 Not Found\r\n\r");
+                running.finished = false;
+                running.result = check_reply_status(reply_header);
                 running.finished = true;
             },
             [] {
                 return running.finished ? std::to_string(running.result) + "|" + web_last_error()
                                         : "";
             },
-            "-1|Bad HTTP status 404 from web site: Not Found",
+            "-1|" + complaint,
             [](const Failure &failure) -> std::string {
                 const bool exhausted = failure.call == Call::Malloc || failure.error == EOVERFLOW;
                 return exhausted ? "std::bad_alloc " : "-1|";
@@ -159,6 +162,18 @@ FailureScenario form()
 std::vector<FailureScenario> update_scenarios()
 {
     return {
-        update(), bad_status(), error_text(), system_error(), form(),
+        update(),
+        bad_status(
+            "BadStatus", [] { reply_header = "HTTP/1.0 404 Not Found\r\n\r"; },
+            "Bad HTTP status 404 from web site: Not Found"),
+        bad_status(
+            "UnreadableStatus", [] { reply_header = "HTTP/1.0 OK\r\n\r"; },
+            "Invalid HTTP return status (can't parse header HTTP/1.0 OK\r\n\r)"),
+        bad_status(
+            "NoStatus", [] { reply_header = "Server: none\r\n\r"; },
+            "Invalid non-HTTP header string returned from web site"),
+        error_text(),
+        system_error(),
+        form(),
     };
 }
