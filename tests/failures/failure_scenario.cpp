@@ -98,6 +98,17 @@ void PrintTo(const FailureScenario &scenario, std::ostream *out)
     *out << scenario.name;
 }
 
+std::vector<FailureScenario> all_scenarios()
+{
+    std::vector<FailureScenario> all;
+    for (const auto &scenarios :
+         {error_scenarios(), c_utils_scenarios(), file_scenarios(), option_scenarios(),
+          transaction_scenarios(), update_scenarios()}) {
+        all.insert(all.end(), scenarios.begin(), scenarios.end());
+    }
+    return all;
+}
+
 std::vector<Call> calls_reached(const FailureScenario &scenario)
 {
     EXPECT_EQ(outcome_of(scenario, {}), scenario.success);

@@ -13,6 +13,8 @@
 /// One call of the product, and how it is to end.
 struct FailureScenario {
     const char *name;
+    /// The published functions that its call runs, one within another too.
+    std::vector<std::string> runs;
     std::vector<Call> reaches; ///< the fallible calls that it makes when nothing fails, all of them
     void (*prepare)();         ///< may be null
     void (*call)();            ///< the product's call, and nothing else that allocates
@@ -34,6 +36,7 @@ std::vector<FailureScenario> file_scenarios();
 std::vector<FailureScenario> option_scenarios();
 std::vector<FailureScenario> transaction_scenarios();
 std::vector<FailureScenario> update_scenarios();
+std::vector<FailureScenario> all_scenarios();
 
 /// Which calls the scenario makes when nothing fails.
 std::vector<Call> calls_reached(const FailureScenario &scenario);

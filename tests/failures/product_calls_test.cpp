@@ -110,12 +110,8 @@ Names called_from_elsewhere()
 std::set<Call> reached_by_scenarios()
 {
     std::set<Call> reached;
-    for (const auto &scenarios :
-         {error_scenarios(), c_utils_scenarios(), file_scenarios(), option_scenarios(),
-          transaction_scenarios(), update_scenarios()}) {
-        for (const FailureScenario &scenario : scenarios) {
-            reached.insert(scenario.reaches.begin(), scenario.reaches.end());
-        }
+    for (const FailureScenario &scenario : all_scenarios()) {
+        reached.insert(scenario.reaches.begin(), scenario.reaches.end());
     }
     return reached;
 }

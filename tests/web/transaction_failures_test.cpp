@@ -29,6 +29,7 @@ void prepare_get()
 FailureScenario get()
 {
     return {"Get",
+            {"web_transaction"},
             {Call::Realloc, Call::Socket, Call::Lookup, Call::Connect, Call::SetOption, Call::Send,
              Call::Select, Call::Receive, Call::Close, Call::Clock},
             prepare_get,
@@ -48,6 +49,7 @@ FailureScenario post()
 {
     return {
         "PostForm",
+        {"web_request", "web_transaction"},
         {Call::Malloc, Call::Realloc, Call::New, Call::Socket, Call::Lookup, Call::Connect,
          Call::SetOption, Call::Send, Call::Select, Call::Receive, Call::Close, Call::Clock},
         [] {
@@ -74,6 +76,7 @@ FailureScenario failing(const char *name, const std::vector<Call> &reaches, void
                         const Exchange &outcome, std::string (*expected)(const Failure &))
 {
     return {name,
+            {"web_transaction"},
             reaches,
             prepare,
             [] {

@@ -45,6 +45,7 @@ std::string update_from(const Exchange &exchange)
 FailureScenario update()
 {
     return {"QueryProductUpdate",
+            {"query_product_update"},
             {Call::Realloc, Call::New, Call::Socket, Call::Lookup, Call::Connect, Call::SetOption,
              Call::Send, Call::Select, Call::Receive, Call::Close, Call::Clock, Call::Format},
             [] {
@@ -79,6 +80,7 @@ const char *reply_header;
 FailureScenario bad_status(const char *name, void (*prepare)(), const std::string &complaint)
 {
     return {name,
+            {"check_reply_status"},
             {Call::Malloc, Call::Format},
             prepare,
             [] {
@@ -101,6 +103,7 @@ FailureScenario bad_status(const char *name, void (*prepare)(), const std::strin
 FailureScenario error_text()
 {
     return {"SetWebError",
+            {"set_web_error"},
             {Call::Malloc, Call::Format},
             [] { set_web_error("earlier"); },
             [] { set_web_error("%s and later", web_last_error()); },
@@ -115,6 +118,7 @@ FailureScenario error_text()
 FailureScenario system_error()
 {
     return {"SystemErrorText",
+            {"system_error_text"},
             {Call::Format},
             nullptr,
             [] {
@@ -136,6 +140,7 @@ std::string *form_body;
 FailureScenario form()
 {
     return {"BuildFormBody",
+            {"build_form_body"},
             {Call::New},
             [] {
                 form_header = new std::string;

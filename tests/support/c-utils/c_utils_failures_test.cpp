@@ -41,17 +41,25 @@ std::string no_formatted_text(const Failure &failure)
 
 FailureScenario short_text()
 {
-    return {"FormatShortText", {Call::Malloc, Call::Format},
-            nullptr,           [] { text = format_string_new("%s %d", "disk", 7); },
-            text_outcome,      "disk 7",
+    return {"FormatShortText",
+            {"format_string_new", "format_string_alloc"},
+            {Call::Malloc, Call::Format},
+            nullptr,
+            [] { text = format_string_new("%s %d", "disk", 7); },
+            text_outcome,
+            "disk 7",
             no_formatted_text};
 }
 
 FailureScenario long_formatted_text()
 {
-    return {"FormatLongText", {Call::Malloc, Call::Format},
-            nullptr,          [] { text = format_string_new("%.300s", long_text.c_str()); },
-            text_outcome,     std::string(300, 'x'),
+    return {"FormatLongText",
+            {"format_string_new", "format_string_alloc"},
+            {Call::Malloc, Call::Format},
+            nullptr,
+            [] { text = format_string_new("%.300s", long_text.c_str()); },
+            text_outcome,
+            std::string(300, 'x'),
             no_formatted_text};
 }
 
@@ -91,17 +99,25 @@ std::string appended(const Failure &failure)
 
 FailureScenario short_append()
 {
-    return {"AppendShortText", {Call::Realloc, Call::Format},
-            prepare_buffer,    [] { string_buffer_append_format(&buffer, "%200d", 7); },
-            buffer_outcome,    "o1 l1 d1  199 71 NUL1 ",
+    return {"AppendShortText",
+            {"string_buffer_append_format"},
+            {Call::Realloc, Call::Format},
+            prepare_buffer,
+            [] { string_buffer_append_format(&buffer, "%200d", 7); },
+            buffer_outcome,
+            "o1 l1 d1  199 71 NUL1 ",
             appended};
 }
 
 FailureScenario long_append()
 {
-    return {"AppendLongText", {Call::Realloc, Call::Format},
-            prepare_buffer,   [] { string_buffer_append_format(&buffer, "%s", long_text.c_str()); },
-            buffer_outcome,   "o1 l1 d1 x5000 NUL1 ",
+    return {"AppendLongText",
+            {"string_buffer_append_format"},
+            {Call::Realloc, Call::Format},
+            prepare_buffer,
+            [] { string_buffer_append_format(&buffer, "%s", long_text.c_str()); },
+            buffer_outcome,
+            "o1 l1 d1 x5000 NUL1 ",
             appended};
 }
 
@@ -122,6 +138,7 @@ const std::string untouched_area(sizeof area - 1, 'Z');
 FailureScenario bounded_text()
 {
     return {"FormatBoundedText",
+            {"format_string_bounded"},
             {Call::Format},
             prepare_area,
             [] { result = format_string_bounded(area, 8, "%s %d", "disk", 7); },
@@ -131,9 +148,10 @@ FailureScenario bounded_text()
 }
 
 /// The texts of dates cannot fail to be formed; if they did, the buffer would stay as it was.
-FailureScenario date_text(const char *name, void (*call)(), const char *date)
+FailureScenario date_text(const char *name, const char *function, void (*call)(), const char *date)
 {
     return {name,
+            {function},
             {Call::Format},
             prepare_area,
             call,
@@ -145,6 +163,7 @@ FailureScenario date_text(const char *name, void (*call)(), const char *date)
 FailureScenario insertion()
 {
     return {"InsertString",
+            {"insert_string_into_string"},
             {Call::Print},
             [] { std::strcpy(area, "ac"); },
             [] { insert_string_into_string("b", area, 1); },
@@ -157,6 +176,7 @@ FailureScenario insertion()
 FailureScenario refused_insertion()
 {
     return {"InsertStringAtABadPlace",
+            {"insert_string_into_string"},
             {Call::Print},
             [] { std::strcpy(area, "ac"); },
             [] { insert_string_into_string("b", area, 3); },
@@ -169,6 +189,7 @@ FailureScenario refused_insertion()
 FailureScenario bell()
 {
     return {"RingBell",
+            {"ring_bell"},
             {Call::Print},
             nullptr,
             [] { ring_bell(); },
@@ -181,6 +202,7 @@ FailureScenario bell()
 FailureScenario host_name()
 {
     return {"HostName",
+            {"get_host_name"},
             {Call::Hostname},
             prepare_area,
             [] { get_host_name(area, sizeof area); },
@@ -193,6 +215,7 @@ FailureScenario host_name()
 FailureScenario command_line()
 {
     return {"ProcessCommandLine",
+            {"get_process_command_line"},
             {Call::Fopen, Call::Fread, Call::Fclose, Call::Format},
             [] {
                 prepare_area();
@@ -216,6 +239,7 @@ FailureScenario command_line()
 FailureScenario sleep()
 {
     return {"SleepSeconds",
+            {"sleep_seconds"},
             {Call::Sleep},
             nullptr,
             [] { sleep_seconds(0.001F); },
@@ -237,6 +261,7 @@ FailureScenario seconds_scale()
 {
     static double seconds;
     return {"CurrentTimeSeconds",
+            {"current_time_seconds"},
             {Call::Clock},
             set_clock,
             [] { seconds = current_time_seconds(); },
@@ -251,6 +276,7 @@ FailureScenario millisecond_counter()
     constexpr std::int64_t base_ms = INT64_C(1050000000000);
     return {
         "CurrentTimeMilliseconds",
+        {"current_time_milliseconds"},
         {Call::Clock},
         set_clock,
         [] { milliseconds = current_time_milliseconds(); },
@@ -261,19 +287,18 @@ FailureScenario millisecond_counter()
 
 FailureScenario timer_start()
 {
-    return {"StartTimer",
-            {Call::Clock},
-            set_clock,
-            [] { start_timer(); },
-            [] { return std::to_string(timer_start_mark); },
-            "883612800.125000",
-            [](const Failure &) -> std::string { return "-852076800.000000"; }};
+    return {
+        "StartTimer",          {"start_timer"},
+        {Call::Clock},         set_clock,
+        [] { start_timer(); }, [] { return std::to_string(timer_start_mark); },
+        "883612800.125000",    [](const Failure &) -> std::string { return "-852076800.000000"; }};
 }
 
 FailureScenario timer_reading()
 {
     static float seconds;
     return {"ElapsedTime",
+            {"elapsed_time"},
             {Call::Clock},
             [] {
                 timer_start_mark = 883612797.125;
@@ -291,6 +316,7 @@ FailureScenario timer_reading()
 FailureScenario today()
 {
     return {"TodayDayNumber",
+            {"today_day_number"},
             {Call::Time, Call::Localtime},
             [] { setenv("TZ", "UTC0", 1); },
             [] { result = today_day_number(); },
@@ -312,9 +338,11 @@ std::vector<FailureScenario> c_utils_scenarios()
         long_append(),
         bounded_text(),
         date_text(
-            "FormatDateLong", [] { format_date_long(2451545, area); }, "1-jan-2000"),
+            "FormatDateLong", "format_date_long", [] { format_date_long(2451545, area); },
+            "1-jan-2000"),
         date_text(
-            "FormatDateCompact", [] { format_date_compact(2451545, area); }, "1jan00"),
+            "FormatDateCompact", "format_date_compact", [] { format_date_compact(2451545, area); },
+            "1jan00"),
         insertion(),
         refused_insertion(),
         bell(),

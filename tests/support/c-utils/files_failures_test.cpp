@@ -95,6 +95,7 @@ std::string open_failure(const std::string &path, int reason)
 FailureScenario open_for_reading()
 {
     return {"OpenFileForReading",
+            {"open_file"},
             {Call::Fopen},
             prepare_files,
             [] { stream = open_file(file, "r", OPEN_FAIL_REPORT); },
@@ -109,6 +110,7 @@ FailureScenario open_for_reading()
 FailureScenario open_silently()
 {
     return {"OpenFileSilently",
+            {"open_file"},
             {Call::Fopen},
             prepare_files,
             [] { stream = open_file(file, "r", 0); },
@@ -121,6 +123,7 @@ FailureScenario open_silently()
 FailureScenario open_or_give_up()
 {
     return {"OpenFileFatally",
+            {"open_file"},
             {Call::Fopen},
             prepare_files,
             [] { stream = open_file(file, "r", OPEN_FAIL_FATAL); },
@@ -137,6 +140,7 @@ FailureScenario open_or_give_up()
 FailureScenario open_to_change(const char *name, void (*call)(), bool writes)
 {
     return {name,
+            {"open_file"},
             {Call::Fopen, Call::Chmod},
             prepare_files,
             call,
@@ -162,6 +166,7 @@ FailureScenario open_missing()
 {
     prepare_files();
     return {"OpenMissingFile",
+            {"open_file"},
             {Call::Fopen, Call::Time, Call::Ctime, Call::Format, Call::Print, Call::Flush},
             prepare_files,
             [] { stream = open_file(missing, "r", OPEN_FAIL_REPORT); },
@@ -177,6 +182,7 @@ FailureScenario open_missing()
 FailureScenario open_with_fallback()
 {
     return {"OpenFileWithFallback",
+            {"open_file_with_fallback"},
             {Call::Fopen},
             prepare_files,
             [] { stream = open_file_with_fallback(missing, file, "r", 0); },
@@ -192,6 +198,7 @@ FailureScenario open_with_fallback()
 FailureScenario close_stream()
 {
     return {"CloseFile",
+            {"close_file"},
             {Call::Fclose},
             [] {
                 prepare_files();
@@ -215,6 +222,7 @@ FailureScenario close_stream()
 FailureScenario existence()
 {
     return {"FileExists",
+            {"file_exists"},
             {Call::Stat},
             prepare_files,
             [] { result = file_exists(file); },
@@ -228,6 +236,7 @@ FailureScenario removal(const char *name, Call remover, void (*prepare)())
 {
     return {
         name,
+        {"remove_path"},
         {Call::Lstat, remover},
         prepare,
         [] {
@@ -310,6 +319,7 @@ FailureScenario walk()
 {
     prepare_walk();
     return {"WalkDirectory",
+            {"for_each_regular_file"},
             {Call::Stat, Call::Opendir, Call::Readdir, Call::Closedir},
             prepare_walk,
             [] { for_each_regular_file(file, collect, 0); },

@@ -45,15 +45,21 @@ std::string two_copies(const Failure &failure)
 
 FailureScenario message_by_the_default_hook()
 {
-    return {"ReportMessage",  {Call::Time, Call::Ctime, Call::Format, Call::Print, Call::Flush},
-            prepare_messages, [] { result = report_message(9, "disk %d", 7); },
-            message_outcome,  "0, 1 counted\nError: disk 7\nError: disk 7\a\n",
-            two_copies,       true};
+    return {"ReportMessage",
+            {"report_message", "default_message_hook"},
+            {Call::Time, Call::Ctime, Call::Format, Call::Print, Call::Flush},
+            prepare_messages,
+            [] { result = report_message(9, "disk %d", 7); },
+            message_outcome,
+            "0, 1 counted\nError: disk 7\nError: disk 7\a\n",
+            two_copies,
+            true};
 }
 
 FailureScenario message_by_the_test_hook()
 {
     return {"ReportMessageByTheTestHook",
+            {"report_message", "test_message_hook"},
             {Call::Time, Call::Ctime, Call::Format, Call::Print, Call::Flush},
             [] {
                 prepare_messages();
@@ -78,6 +84,7 @@ FailureScenario message_by_the_test_hook()
 FailureScenario logged_message()
 {
     return {"ReportMessageOfLevel0",
+            {"report_message", "record_timestamped_line"},
             {Call::Time, Call::Ctime, Call::Format, Call::Print, Call::Flush},
             prepare_messages,
             [] { result = report_message(0, "disk %d", 7); },
@@ -99,6 +106,7 @@ FailureScenario logged_message()
 FailureScenario indented_print()
 {
     return {"PrintIndented",
+            {"print_indented"},
             {Call::Format, Call::Print, Call::Flush},
             [] {
                 prepare_messages();
@@ -123,6 +131,7 @@ FailureScenario indented_print()
 FailureScenario raw_message()
 {
     return {"WriteRawMessage",
+            {"write_raw_message"},
             {Call::Time, Call::Ctime, Call::Print},
             prepare_messages,
             [] { write_raw_message("raw\n", "tag"); },
@@ -137,6 +146,7 @@ FailureScenario raw_message()
 FailureScenario default_output()
 {
     return {"DefaultOutputHook",
+            {"default_output_hook"},
             {Call::Print},
             prepare_messages,
             [] { result = default_output_hook("raw\n", nullptr); },
@@ -149,6 +159,7 @@ FailureScenario default_output()
 FailureScenario test_output()
 {
     return {"TestOutputHook",
+            {"test_output_hook"},
             {Call::Print, Call::Flush},
             prepare_messages,
             [] { result = test_output_hook("raw", "tag"); },
@@ -169,6 +180,7 @@ constexpr char sentence[] =
 FailureScenario assertion()
 {
     return {"AssertionFailed",
+            {"assertion_failed", "throw_abort"},
             {Call::Time, Call::Ctime, Call::Format, Call::Print, Call::Flush},
             prepare_messages,
             [] { assertion_failed("1 == 2", "file.cpp", 3); },
@@ -202,6 +214,7 @@ std::string no_block(const Failure &)
 FailureScenario checked_malloc_scenario()
 {
     return {"CheckedMalloc",
+            {"checked_malloc"},
             {Call::Malloc},
             nullptr,
             [] {
@@ -215,14 +228,21 @@ FailureScenario checked_malloc_scenario()
 
 FailureScenario checked_strdup_scenario()
 {
-    return {"CheckedStrdup", {Call::Malloc}, nullptr, [] { block = checked_strdup("text", 100); },
-            block_outcome,   "text",         no_block};
+    return {"CheckedStrdup",
+            {"checked_strdup"},
+            {Call::Malloc},
+            nullptr,
+            [] { block = checked_strdup("text", 100); },
+            block_outcome,
+            "text",
+            no_block};
 }
 
 /// The old block stays the caller's, and what it was.
 FailureScenario checked_realloc_scenario(const char *name, void (*call)())
 {
     return {name,
+            {"checked_realloc"},
             {Call::Realloc},
             [] { block = checked_strdup("content", 0); },
             call,
@@ -234,6 +254,7 @@ FailureScenario checked_realloc_scenario(const char *name, void (*call)())
 FailureScenario first_realloc()
 {
     return {"CheckedReallocOfNull",
+            {"checked_realloc"},
             {Call::Realloc},
             nullptr,
             [] {

@@ -19,11 +19,19 @@ void begin_scan_of(const char *text)
     option_index = 0;
 }
 
-void scan()
+/// The program's name and the element.
+char **elements()
 {
     static char program[] = "prog";
-    char *vector[] = {program, element.data(), nullptr};
-    result = get_long_options(2, vector, "a:", table, nullptr);
+    static char *vector[3];
+    vector[0] = program;
+    vector[1] = element.data();
+    return vector;
+}
+
+void scan()
+{
+    result = get_long_options(2, elements(), "a:", table, nullptr);
 }
 
 std::string outcome()
@@ -33,12 +41,14 @@ std::string outcome()
 
 /// The result is the same whether it could be complained of or not.
 template <char code>
-FailureScenario complaint(const char *name, void (*prepare)(), const std::string &text)
+FailureScenario complaint(const char *name, void (*prepare)(), const std::string &text,
+                          const char *function = "get_long_options", void (*call)() = scan)
 {
     return {name,
+            {function, "parse_options"},
             {Call::Print},
             prepare,
-            scan,
+            call,
             outcome,
             std::string{code} + "\nprog: " + text + "\n",
             [](const Failure &) { return std::string{code} + "\n"; },
@@ -60,5 +70,12 @@ std::vector<FailureScenario> option_scenarios()
         complaint<'?'>(
             "AmbiguousName", [] { begin_scan_of("--si"); },
             "option `--si' is ambiguous (could be `--size' or `--site')"),
+        complaint<'?'>(
+            "InvalidShortOption", [] { begin_scan_of("-x"); }, "invalid option -- `-x'",
+            "get_options", [] { result = get_options(2, elements(), "a:"); }),
+        complaint<':'>(
+            "MissingArgumentBehindOneDash", [] { begin_scan_of("-size"); },
+            "argument required for option `--size'", "get_long_options_only",
+            [] { result = get_long_options_only(2, elements(), "a:", table, nullptr); }),
     };
 }
