@@ -6,8 +6,9 @@
 
 /// Asks the maker's web service whether there is a newer version of a product: posts the eight
 /// fields to "/version-update.php", checks the reply's status and reads the lines "Name: value" of
-/// its body. A value begins two characters behind the colon and ends before the line feed (a
-/// carriage return is part of it); the message, which must come last, runs to the end of the body.
+/// its body. A value begins two characters behind the colon, deliberately whatever the one between
+/// is, and ends before the line feed (a carriage return is part of it); the message, which must
+/// come last, runs to the end of the body.
 ///
 /// \param product,productline,version_name,os,os_version,machine_id,processor_arch sent as they
 ///     are; none may be null

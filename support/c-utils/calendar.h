@@ -32,7 +32,9 @@ char *format_date_long(std::int32_t day_number, char *buffer);
 /// 2100 on. \return \p buffer.
 char *format_date_compact(std::int32_t day_number, char *buffer);
 
-/// \return the day number of today's date in the local time zone; 0 when the system cannot tell it.
+/// \return the day number of today's date in the local time zone; 0 when the system cannot form the
+/// date of its time, whose year may not fit. A time that it cannot tell reads, deliberately, as the
+/// last second before 1970, which is what time (POSIX) gives then: nothing tells the two apart.
 /// Uses the process-wide result of localtime (POSIX).
 std::int32_t today_day_number();
 

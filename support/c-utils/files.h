@@ -59,10 +59,10 @@ int remove_path(const char *path);
 
 /// Calls \p callback for each regular file of a directory, links to files included, in the
 /// system's order, without descending. The callback may remove the file, walk another directory or
-/// throw, but not remove the directory. An entry whose path does
-/// not fit into 1024 bytes with its NUL is reported at level 8 and passed over, one whose status
-/// cannot be read is passed over; so is a directory that cannot be opened, after a report at
-/// level 8.
+/// throw, but not remove the directory. An entry whose path does not fit into 1024 bytes with its
+/// NUL is reported at level 8 and passed over, one whose status cannot be read is passed over; so
+/// is a directory that cannot be opened, after a report at level 8. An entry that cannot be read
+/// ends the walk as the last one does, deliberately without a report.
 void for_each_regular_file(const char *directory, regular_file_callback callback,
                            std::intptr_t user);
 

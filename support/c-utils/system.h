@@ -19,6 +19,7 @@ void get_host_name(char *buffer, std::size_t size);
 /// Reads the command line of a process, 0 for this one, from /proc/N/cmdline where the system has
 /// it; a negative number finds none. The arguments keep the NUL bytes between them, so that the
 /// buffer read as a text shows the first; at most \p size - 1 bytes are read and a NUL is put
-/// behind them. A \p size of 0 reads and writes nothing.
+/// behind them. A reading that fails ends them, deliberately: what came before is kept. A \p size
+/// of 0 reads and writes nothing.
 /// \return \p buffer, or null when nothing was read or the first argument is empty.
 char *get_process_command_line(char *buffer, std::size_t size, long process_id);
