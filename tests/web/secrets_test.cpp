@@ -7,6 +7,7 @@
 #include "tests/web/web_call.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <map>
@@ -19,11 +20,63 @@ namespace {
 constexpr std::size_t refused_from = std::size_t{1} << 30;
 
 std::size_t greatest_request = 0;
+std::size_t refused_size = 0; // of no request
 bool watching = false;
 std::map<void *, std::size_t> given; // the sizes that were asked for
 std::vector<std::string> taken_back;
 
-using Secrets = FakeNetworkTest;
+// Of "ab:open sesame" and of its base64 form, each with a NUL.
+constexpr std::size_t plain_size = 15;
+constexpr std::size_t encoded_size = 21;
+
+class Secrets : public FakeNetworkTest {
+protected:
+    Secrets()
+    {
+        network.events = {data("A\n\nbody"), peer_closes()};
+        refused_size = 0;
+        given.clear();
+        taken_back.clear();
+        call_.user = "ab";
+        call_.password = "open sesame";
+    }
+    ~Secrets() override
+    {
+        watching = false;
+        refused_size = 0;
+    }
+
+    /// Runs the call. \return its result, or "std::bad_alloc".
+    std::string run_watched()
+    {
+        watching = true;
+        try {
+            const WebOutcome outcome = run(call_);
+            watching = false;
+            return std::to_string(outcome.result);
+        } catch (const std::bad_alloc &) {
+            watching = false;
+            return "std::bad_alloc";
+        }
+    }
+
+    /// What the blocks of the secrets' sizes held when they were given back.
+    static std::vector<std::string> blocks_of_secrets()
+    {
+        std::vector<std::string> blocks;
+        for (const std::string &block : taken_back) {
+            if (block.size() == plain_size || block.size() == encoded_size) {
+                blocks.push_back(block);
+            }
+        }
+        return blocks;
+    }
+
+    WebCall call_;
+};
+
+const std::string wiped_plain(plain_size, '\0');
+const std::string wiped_encoded(encoded_size, '\0');
 
 } // namespace
 
@@ -36,8 +89,9 @@ extern "C" void __wrap_free(void *block);
 void *__wrap_malloc(std::size_t size)
 {
     greatest_request = std::max(greatest_request, size);
-    void *const block = size < refused_from ? __real_malloc(size) : nullptr;
-    if (watching) {
+    const bool is_refused = size >= refused_from || (size == refused_size && size > 0);
+    void *const block = is_refused ? nullptr : __real_malloc(size);
+    if (watching && block != nullptr) {
         given[block] = size;
     }
     return block;
@@ -55,24 +109,44 @@ void __wrap_free(void *block)
 
 TEST_F(Secrets, AreWipedBeforeTheirMemoryIsGivenBack)
 {
-    network.events = {data("A\n\nbody"), peer_closes()};
-    WebCall call;
-    call.user = "ab";
-    call.password = "open sesame";
-    watching = true;
-    const WebOutcome outcome = run(call);
-    watching = false;
-    EXPECT_EQ(outcome.result, 0);
-    // "ab:open sesame" and its base64 form, each with a NUL.
-    const std::vector<std::string> wiped = {std::string(21, '\0'), std::string(15, '\0')};
-    std::vector<std::string> of_these_sizes;
-    for (const std::string &block : taken_back) {
-        if (block.size() == 15 || block.size() == 21) {
-            of_these_sizes.push_back(block);
-        }
-    }
-    EXPECT_EQ(of_these_sizes, wiped);
+    EXPECT_EQ(run_watched(), "0");
+    EXPECT_EQ(blocks_of_secrets(), (std::vector<std::string>{wiped_encoded, wiped_plain}));
     EXPECT_TRUE(given.empty());
+}
+
+TEST_F(Secrets, AreWipedWhereThereIsNoMemoryForTheirBase64Form)
+{
+    refused_size = encoded_size;
+    EXPECT_EQ(run_watched(), "std::bad_alloc");
+    EXPECT_EQ(blocks_of_secrets(), std::vector<std::string>{wiped_plain});
+    EXPECT_TRUE(given.empty());
+}
+
+// The one send that is theirs, and each of them.
+TEST_F(Secrets, AreWipedWhereTheyCannotBeSent)
+{
+    const std::vector<std::string> wiped = {wiped_encoded, wiped_plain};
+    constexpr std::size_t sends_before = 11;
+    network.lost_send = sends_before;
+    EXPECT_EQ(run_watched(), "0");
+    EXPECT_EQ(network.sends.at(sends_before).bytes, "YWI6b3BlbiBzZXNhbWU=");
+    EXPECT_EQ(blocks_of_secrets(), wiped);
+
+    taken_back.clear();
+    network = FakeNetwork();
+    network.events = {peer_closes()};
+    network.send_error = EPIPE;
+    EXPECT_EQ(run_watched(), "0");
+    EXPECT_EQ(blocks_of_secrets(), wiped);
+    EXPECT_TRUE(given.empty());
+}
+
+// They are formed though the peer has been given up before.
+TEST_F(Secrets, AreWipedWhereThePeerTakesNothing)
+{
+    network.send_error = EINTR;
+    EXPECT_EQ(run_watched(), "1");
+    EXPECT_EQ(blocks_of_secrets(), (std::vector<std::string>{wiped_encoded, wiped_plain}));
 }
 
 // Their base64 form and its NUL would be beyond what an int counts.
