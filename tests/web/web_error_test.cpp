@@ -1,6 +1,9 @@
 #include "web/web_error.h"
 
+#include "tests/harness/long_numbers.h"
+
 #include <cerrno>
+#include <cfloat>
 #include <climits>
 #include <cstring>
 #include <gtest/gtest.h>
@@ -47,6 +50,14 @@ TEST(WebLastError, MayHaveAnyLength)
         EXPECT_EQ(web_last_error(),
                   "<" + std::string(static_cast<std::size_t>(size) - 1, ' ') + "x>");
     }
+}
+
+TEST(WebLastError, MayBeTheLargestNumbers)
+{
+    set_web_error("%f", DBL_MAX);
+    EXPECT_EQ(web_last_error(), greatest_double_text);
+    set_web_error("%.4000f", 0.5);
+    EXPECT_EQ(web_last_error(), precise_half_text);
 }
 
 TEST(WebLastError, IsACopyOfItsArguments)

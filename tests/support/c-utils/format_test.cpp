@@ -1,8 +1,10 @@
 #include "support/c-utils/format.h"
 
 #include "support/error/allocation.h"
+#include "tests/harness/long_numbers.h"
 #include "tests/support/c-utils/exact_buffer.h"
 
+#include <cfloat>
 #include <climits>
 #include <cstdarg>
 #include <cstddef>
@@ -90,9 +92,7 @@ TEST(FormatStringNew, GivesADistinctWritableBlockOnEachCall)
 
 TEST(FormatStringNew, FormatsTheLargestNumbers)
 {
-    const std::string largest = taken(format_string_new("%f", 1.7976931348623157e308));
-    EXPECT_EQ(largest.size(), 309U + 7U);
-    EXPECT_EQ(largest.substr(0, 6), "179769");
+    EXPECT_EQ(taken(format_string_new("%f", DBL_MAX)), greatest_double_text);
     EXPECT_EQ(taken(format_string_new("%.5000f", 0.5)), "0.5" + std::string(4999, '0'));
 }
 
@@ -127,6 +127,21 @@ TEST(FormatStringBounded, KeepsWhatFitsAndReturnsTheUncutLength)
                   static_cast<int>(c.text.size()));
         EXPECT_EQ(destination.text(), c.kept) << c.size;
         EXPECT_TRUE(destination.intact()) << c.size;
+    }
+}
+
+TEST(FormatStringBounded, CutsTheLargestNumbersWithoutAByteOutside)
+{
+    for (const std::size_t size :
+         {1U, 2U, 256U, 309U, 310U, 316U, 317U, 318U, 4002U, 4003U, 4004U, 5000U}) {
+        const ExactBuffer greatest(size);
+        EXPECT_EQ(format_string_bounded(greatest.data(), size, "%f", DBL_MAX), 316);
+        EXPECT_EQ(greatest.text(), greatest_double_text.substr(0, size - 1)) << size;
+        EXPECT_TRUE(greatest.intact()) << size;
+        const ExactBuffer precise(size);
+        EXPECT_EQ(format_string_bounded(precise.data(), size, "%.4000f", 0.5), 4002);
+        EXPECT_EQ(precise.text(), precise_half_text.substr(0, size - 1)) << size;
+        EXPECT_TRUE(precise.intact()) << size;
     }
 }
 

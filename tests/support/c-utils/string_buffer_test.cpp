@@ -1,7 +1,9 @@
 #include "support/c-utils/string_buffer.h"
 
+#include "tests/harness/long_numbers.h"
 #include "tests/support/c-utils/exact_buffer.h"
 
+#include <cfloat>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
@@ -133,6 +135,17 @@ TEST_F(StringBuffer, FormatsALongTextWithAllItsArguments)
     EXPECT_EQ(string_buffer_append_format(&buffer, "%d%s%.1f%c", 17, text.c_str(), 2.5, '!'),
               6006U);
     EXPECT_EQ(buffer.data, "17" + text + "2.5!");
+}
+
+TEST_F(StringBuffer, AppendsTheLargestNumbersWhole)
+{
+    EXPECT_EQ(string_buffer_append_format(&buffer, "%f", DBL_MAX), 316U);
+    EXPECT_EQ(string_buffer_append_format(&buffer, "%.4000f", 0.5), 316U + 4002U);
+    const std::string both = greatest_double_text + precise_half_text;
+    EXPECT_EQ(buffer.data, both);
+    // Beyond what is formatted on the stack.
+    EXPECT_EQ(string_buffer_append_format(&buffer, "%f%.4000f", DBL_MAX, 0.5), 2 * both.size());
+    EXPECT_EQ(buffer.data, both + both);
 }
 
 TEST_F(StringBuffer, CountsAFormattingErrorAs4095NulFilledCharacters)

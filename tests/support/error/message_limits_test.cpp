@@ -1,8 +1,10 @@
 // Where over-long messages are cut, and what happens when they cannot be written.
 #include "support/error.h"
 #include "tests/harness/capture.h"
+#include "tests/harness/long_numbers.h"
 #include "tests/support/error/facility_test.h"
 
+#include <cfloat>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -108,6 +110,17 @@ TEST_F(MessageLimits, CutAnExpansionByItsFieldWidth)
     set_message_hook(noting_hook);
     capture_output([] { report_message(2, "%*d", 100000, 7); });
     EXPECT_EQ(text_in_hook, many(1023, ' '));
+}
+
+TEST_F(MessageLimits, HoldForTheLargestNumbers)
+{
+    set_message_hook(noting_hook);
+    EXPECT_EQ(capture_output([] { report_message(2, "%f", DBL_MAX); }).err,
+              "Info: " + greatest_double_text + "\n");
+    EXPECT_EQ(text_in_hook, greatest_double_text);
+    EXPECT_EQ(capture_output([] { report_message(2, "%.4000f", 0.5); }).err,
+              "Info: " + precise_half_text.substr(0, 1017));
+    EXPECT_EQ(text_in_hook, precise_half_text.substr(0, 1023));
 }
 
 class UnwritableMessages : public FacilityTest {};

@@ -1,7 +1,9 @@
 #include "support/error.h"
 #include "tests/harness/capture.h"
+#include "tests/harness/long_numbers.h"
 #include "tests/support/error/facility_test.h"
 
+#include <cfloat>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -279,6 +281,17 @@ TEST_F(PrintLimits, KeepNothingOfTheTextForAnIndentThatTakesTheWholeExpansion)
 TEST_F(PrintLimits, KeepOneCharacterForTheIndentBeforeThat)
 {
     EXPECT_EQ(printed(65534, "abc\n"), many(65534, '.') + "a");
+}
+
+TEST_F(PrintLimits, HoldForTheLargestNumbers)
+{
+    const std::string text = greatest_double_text + precise_half_text;
+    for (const std::size_t kept : {1U, 309U, 316U, 317U, 4317U, 4318U}) {
+        set_print_indent(static_cast<int>(65535 - kept));
+        EXPECT_EQ(capture_output([] { print_indented("%f%.4000f", DBL_MAX, 0.5); }).err,
+                  many(65535 - kept, '.') + text.substr(0, kept))
+            << kept;
+    }
 }
 
 TEST_F(PrintLimits, HoldForTheLineOfAMessageToo)
