@@ -90,7 +90,9 @@ TEST_F(WebProcess, CancelsASilentServerFromASignalHandler)
     EXPECT_LT(milliseconds_since(start), 3000);
 }
 
-TEST_F(WebProcess, CancelsWithinATenthOfASecond)
+// That this takes a tenth of a second and no longer is told by a clock of the tests' own, which no
+// busy machine delays: HeaderWait.CancelsAtTheFirstEmptyWait.
+TEST_F(WebProcess, CancelsAtTheIdleCallbacksRequestLongBeforeTheTimeOut)
 {
     static Clock::time_point requested;
     set_web_idle_callback(
