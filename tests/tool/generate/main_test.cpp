@@ -1,0 +1,72 @@
+/// \file
+/// The program that prints the lists.
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "tests/harness/capture.h"
+#include "tool/generate/lists.h"
+
+/// Its main function, as the build calls it.
+int lists_main(int count, char **vector);
+
+namespace {
+
+int lists_main_with(std::vector<std::string> arguments)
+{
+    arguments.insert(arguments.begin(), "corvella_lists");
+    std::vector<char *> vector;
+    for (std::string &argument : arguments) {
+        vector.push_back(argument.data());
+    }
+    vector.push_back(nullptr);
+    return lists_main(static_cast<int>(arguments.size()), vector.data());
+}
+
+/// The exit status with standard output on a full device, buffered as \p mode says.
+int status_on_full_device(int mode)
+{
+    return run_in_child([mode] {
+               if (std::freopen("/dev/full", "w", stdout) == nullptr) {
+                   _exit(99);
+               }
+               std::setvbuf(stdout, nullptr, mode, 1 << 16);
+               _exit(lists_main_with({"bash"}));
+           })
+        .exit_status;
+}
+
+TEST(ListsProgram, PrintsTheListThatItsArgumentNames)
+{
+    const std::pair<const char *, std::string> lists[] = {
+        {"manual", manual_lists()}, {"bash", bash_completion()}, {"zsh", zsh_completion()}};
+    for (const auto &[name, text] : lists) {
+        int status = -1;
+        const CapturedOutput output = capture_output([&] { status = lists_main_with({name}); });
+        EXPECT_EQ(status, 0) << name;
+        EXPECT_EQ(output.out, text) << name;
+        EXPECT_EQ(output.err, "") << name;
+    }
+}
+
+TEST(ListsProgram, TellsItsUseWhenItIsNotCalledWithOneKind)
+{
+    const std::vector<std::string> wrong[] = {{},          {"fish"},        {""},
+                                              {"manuals"}, {"bash", "zsh"}, {"nonsense", "bash"}};
+    for (const std::vector<std::string> &arguments : wrong) {
+        int status = -1;
+        const CapturedOutput output = capture_output([&] { status = lists_main_with(arguments); });
+        EXPECT_EQ(status, 2) << arguments.size();
+        EXPECT_EQ(output.out, "") << arguments.size();
+        EXPECT_EQ(output.err, "Usage: corvella_lists manual|bash|zsh\n") << arguments.size();
+    }
+}
+
+// Unbuffered it is the writing that fails, and fully buffered the flushing of what was written.
+TEST(ListsProgram, FailsWhenTheListIsNotWritten)
+{
+    EXPECT_EQ(status_on_full_device(_IONBF), 1);
+    EXPECT_EQ(status_on_full_device(_IOFBF), 1);
+}
+
+} // namespace

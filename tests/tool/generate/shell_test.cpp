@@ -1,0 +1,38 @@
+/// \file
+/// What the completions have in common.
+#include <gtest/gtest.h>
+
+#include "tool/generate/shell.h"
+
+namespace {
+
+TEST(AllOptions, HaveEachNameOnce)
+{
+    std::string names;
+    for (const program_option &option : all_options()) {
+        names += std::string(option.name) + " ";
+    }
+    EXPECT_EQ(names, "in level dry ");
+}
+
+TEST(AllOptions, HaveTheOneThatTakesAnArgument)
+{
+    EXPECT_STREQ(all_options().at(1).argument, "a:b\\c");
+}
+
+TEST(WithArgumentOptions, PutsThePatternOfThoseInPlace)
+{
+    EXPECT_EQ(with_argument_options("(ARGUMENT_OPTIONS) ;;\n"), "(-in | -level) ;;\n");
+    EXPECT_EQ(with_argument_options("ARGUMENT_OPTIONS"), "-in | -level");
+}
+
+TEST(IsFile, IsTrueOfWhatTheTableCallsFiles)
+{
+    EXPECT_TRUE(is_file("FILE"));
+    EXPECT_TRUE(is_file("TARGET"));
+    for (const char *const other : {"", "URL", "NAME", "FILES", "FIL", "TARGET...", "file"}) {
+        EXPECT_FALSE(is_file(other)) << other;
+    }
+}
+
+} // namespace
