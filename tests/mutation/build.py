@@ -37,6 +37,15 @@ def tests_of(file):
     return [folder, "tests/platform"] if file.startswith("web/") else [folder]
 
 
+def programs_of(file, programs):
+    """Those of the test programs that are in a file's folders; there has to be one."""
+    found = [name for name in programs if os.path.dirname(name) in tests_of(file)
+             and os.path.basename(name) not in LEFT_OUT]
+    if not found:
+        raise SystemExit(f"{file}: no test program in {', '.join(tests_of(file))}")
+    return found
+
+
 def product_files(tree):
     """Every file of the product."""
     return sorted(str(path.relative_to(tree)) for folder in PRODUCT_FOLDERS
@@ -140,8 +149,7 @@ class Build:
 
     def programs_of(self, file):
         """The test programs of a file's folders."""
-        return [name for name in self.links if os.path.dirname(name) in tests_of(file)
-                and os.path.basename(name) not in LEFT_OUT]
+        return programs_of(file, self.links)
 
     def objects_in(self, program):
         objects = []

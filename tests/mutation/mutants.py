@@ -11,7 +11,7 @@ import re
 TOKEN = re.compile(r"""
     (?P<comment>//[^\n]*|/\*.*?\*/)
   | (?P<directive>^[ \t]*\#(?:[^\n\\]|\\.|\\\n)*)
-  | (?P<string>"(?:\\.|[^"\\\n])*")
+  | (?P<string>R"(?P<mark>[^()\\\s]*)\(.*?\)(?P=mark)"|"(?:\\.|[^"\\\n])*")
   | (?P<character>'(?:\\.|[^'\\\n])+')
   | (?P<number>\.?[0-9](?:[eE][+-]|[\w.])*)
   | (?P<word>[A-Za-z_]\w*)
@@ -172,6 +172,8 @@ def token_changes(source, index):
     if token.kind == "character":
         new = changed_character(token.text)
         return [(new, f"{token.text} -> {new}")]
+    if token.text.startswith('R"'):
+        return [('""' + "\n" * token.text.count("\n"), 'R"(...)" -> ""')]
     if token.kind == "string":
         new = '"x"' if token.text == '""' else '""'
         return [(new, f"{token.text} -> {new}")]

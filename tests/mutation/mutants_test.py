@@ -4,6 +4,7 @@
 import pathlib
 import unittest
 
+from build import product_files, programs_of, tests_of
 from mutants import mutants_of
 from survivors import read_survivors
 
@@ -54,6 +55,16 @@ class Mutants(unittest.TestCase):
         self.assertIn("'\\0' -> '\\1' [1]", changes)
         self.assertIn("'\\n' -> 'x' [1]", changes)
 
+    def test_a_raw_text_changes_whole_and_keeps_its_lines(self):
+        changes = changes_of('a = R"(b "c" < 1)\n{;)" + d;')
+        self.assertEqual(changes, {
+            'R"(...)" -> "" [1]': 'a = ""\n + d;',
+            "+ -> - [1]": 'a = R"(b "c" < 1)\n{;)" - d;',
+            "statement removed [1]": ";" + " " * 16 + "\n" + " " * 9})
+        changes = changes_of('g(R"x(a)" + 1)x");')
+        self.assertEqual(changes, {
+            'R"(...)" -> "" [1]': 'g("");', "statement removed [1]": ";" + " " * 17})
+
     def test_signs_and_negations_go(self):
         changes = changes_of("return !a == -b;")
         self.assertEqual(changes["without ! [1]"], "return a == -b;")
@@ -89,6 +100,33 @@ class Mutants(unittest.TestCase):
 
     def test_members_of_records_stay(self):
         self.assertEqual(mutants_of("f.h", "struct a {\n    int b;\n    char *c;\n};\n"), [])
+
+
+class Programs(unittest.TestCase):
+    LINKED = ("tool/corvella", "tests/tool/tool_tests", "tests/tool/tool_timeout_tests",
+              "tests/tool/generate/tool_generate_tests", "tests/web/web_tests",
+              "tests/platform/platform_tests", "tests/support/error/error_tests")
+
+    def test_a_file_has_those_of_its_folder_but_the_real_waits(self):
+        for file, programs in (
+                ("tool/main.cpp", ["tests/tool/tool_tests"]),
+                ("tool/generate/shell.cpp", ["tests/tool/generate/tool_generate_tests"]),
+                ("tool/desktop_macos.cpp", ["tests/platform/platform_tests"]),
+                ("web/url.cpp", ["tests/web/web_tests", "tests/platform/platform_tests"])):
+            self.assertEqual(programs_of(file, self.LINKED), programs, file)
+
+    def test_a_file_without_any_is_an_error(self):
+        for file in ("tool/other/a.cpp", "support/options/long.cpp"):
+            with self.assertRaisesRegex(SystemExit, f"{file}: no test program in tests/"):
+                programs_of(file, self.LINKED)
+
+    def test_every_file_that_can_change_has_a_folder_with_one(self):
+        for file in product_files(TOP):
+            lists = [TOP / folder / "CMakeLists.txt" for folder in tests_of(file)]
+            texts = [path.read_text() for path in lists if path.exists()]
+            with self.subTest(file):
+                self.assertTrue(any("corvella_test(" in text for text in texts) or
+                                not mutants_of(file, (TOP / file).read_text()))
 
 
 class Survivors(unittest.TestCase):
