@@ -115,7 +115,7 @@ bool command_is_update(int count, char **vector)
     }
     option_errors = 1;
     return option_index < count &&
-           std::strcmp(elements[static_cast<std::size_t>(option_index)], "update") == 0;
+           meaning_of_command(elements[static_cast<std::size_t>(option_index)]) == COMMAND_UPDATE;
 }
 
 bool read_options(int count, char **vector, command_line &line, given_options &given)

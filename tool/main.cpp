@@ -1,26 +1,16 @@
 // The program corvella: a thin caller of the support layer.
 #include <csignal>
-#include <cstring>
 #include <string>
 #include <unistd.h>
 
 #include "support/version.h"
 #include "tool/commands.h"
+#include "tool/option_table.h"
 #include "tool/output.h"
 #include "tool/terminal.h"
 #include "tool/usage_text.h"
 
 namespace {
-
-struct command_entry {
-    const char *name;
-    exit_status (*run)(command_line &line);
-};
-
-constexpr command_entry commands[] = {
-    {"get", get_command},           {"post", post_command}, {"update", update_command},
-    {"describe", describe_command}, {"open", open_command},
-};
 
 exit_status run_command(command_line &line)
 {
@@ -28,10 +18,19 @@ exit_status run_command(command_line &line)
         complain_of_usage("A command is needed.");
         return EXIT_USAGE;
     }
-    for (const command_entry &command : commands) {
-        if (std::strcmp(command.name, line.command) == 0) {
-            return command.run(line);
-        }
+    switch (meaning_of_command(line.command)) {
+    case COMMAND_GET:
+        return get_command(line);
+    case COMMAND_POST:
+        return post_command(line);
+    case COMMAND_UPDATE:
+        return update_command(line);
+    case COMMAND_DESCRIBE:
+        return describe_command(line);
+    case COMMAND_OPEN:
+        return open_command(line);
+    case NO_COMMAND:
+        break;
     }
     complain_of_usage(std::string("There is no command '") + line.command + "'.");
     return EXIT_USAGE;

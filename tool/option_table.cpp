@@ -68,11 +68,11 @@ bool gives_way(const program_option &option, bool updates)
 const std::vector<program_command> &program_commands()
 {
     static const std::vector<program_command> commands = {
-        {"get", "URL", "Get a page and print its body."},
-        {"post", "URL NAME=VALUE...", "Post a form and print the reply's body."},
-        {"update", "", "Ask whether there is a newer version of a product."},
-        {"describe", "", "Describe this machine and the time."},
-        {"open", "TARGET", "Open a file (an absolute path) or a URL."},
+        {"get", COMMAND_GET, "URL", "Get a page and print its body."},
+        {"post", COMMAND_POST, "URL NAME=VALUE...", "Post a form and print the reply's body."},
+        {"update", COMMAND_UPDATE, "", "Ask whether there is a newer version of a product."},
+        {"describe", COMMAND_DESCRIBE, "", "Describe this machine and the time."},
+        {"open", COMMAND_OPEN, "TARGET", "Open a file (an absolute path) or a URL."},
     };
     return commands;
 }
@@ -100,13 +100,23 @@ const std::vector<exit_status_meaning> &exit_status_meanings()
     return meanings;
 }
 
+command_meaning meaning_of_command(const char *name)
+{
+    for (const program_command &command : program_commands()) {
+        if (std::strcmp(command.name, name) == 0) {
+            return command.meaning;
+        }
+    }
+    return NO_COMMAND;
+}
+
 std::vector<program_option> options_of(const char *command)
 {
+    const bool updates = meaning_of_command(command) == COMMAND_UPDATE;
     std::vector<program_option> options;
     for (const option_group &group : option_groups()) {
         for (const program_option &option : group) {
-            if (goes_with(group, command) &&
-                !gives_way(option, std::strcmp(command, "update") == 0)) {
+            if (goes_with(group, command) && !gives_way(option, updates)) {
                 options.push_back(option);
             }
         }

@@ -31,8 +31,19 @@ enum option_meaning {
     OPTION_OPEN,
 };
 
+/// What a command's name means.
+enum command_meaning {
+    NO_COMMAND, ///< of a name that the table does not have
+    COMMAND_GET,
+    COMMAND_POST,
+    COMMAND_UPDATE,
+    COMMAND_DESCRIBE,
+    COMMAND_OPEN,
+};
+
 struct program_command {
     const char *name;
+    command_meaning meaning;
     const char *arguments; ///< "" where it takes none
     const char *description;
 };
@@ -71,6 +82,9 @@ struct exit_status_meaning {
 const std::vector<program_command> &program_commands();
 const std::vector<option_group> &option_groups();
 const std::vector<exit_status_meaning> &exit_status_meanings();
+
+/// \return what a name means as a command.
+command_meaning meaning_of_command(const char *name);
 
 /// \return the options that go with \p command. "-version" asks for the program's own version,
 /// except with `update`, which takes the product's.

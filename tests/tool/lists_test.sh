@@ -8,7 +8,7 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
 fail() {
-    printf '%s\n' "$*"
+    printf '%s\n' "$*" >&2
     exit 1
 }
 
@@ -48,13 +48,14 @@ expect_same options help.options manual.options
 ! grep -n '@[A-Z_]*@' "$lists/corvella.1" || fail 'the manual page has an empty place'
 mandoc -T lint -W warning "$lists/corvella.1" || fail 'the manual page is not well-formed'
 
-# The parser: it knows every option, and refuses those of other commands. What is given to each is
-# no URL of the web, so that nothing is requested.
+# The program: it knows every command and option, and refuses the options of other commands. What is
+# given to each is no URL of the web, so that nothing is requested.
 sed 's/.* //' help.options | sort -u >names
 for command in "${commands[@]}"; do
     while read -r option; do
         said=$("$program" "$command" "$option" 127.0.0.1:1 2>&1 || true)
         case $said in
+        *'There is no command'*) fail "the program does not know $command" ;;
         *'invalid option'* | *'is ambiguous'*) fail "the parser does not know $option" ;;
         *'does not go with'*) ;;
         *) echo "$command $option" ;;

@@ -25,9 +25,9 @@ constexpr program_option general_options[] = {
 const std::vector<program_command> &program_commands()
 {
     static const std::vector<program_command> commands = {
-        {"show", "TARGET", "Shows: it's \\all."},
-        {"keep", "FILE", "'Keeps' [it]."},
-        {"stop", "", ".Ends."},
+        {"show", COMMAND_OPEN, "TARGET", "Shows: it's \\all."},
+        {"keep", COMMAND_GET, "FILE", "'Keeps' [it]."},
+        {"stop", COMMAND_POST, "", ".Ends."},
     };
     return commands;
 }
