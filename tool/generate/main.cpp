@@ -23,7 +23,7 @@ int main(int count, char **vector)
 {
     for (const list_kind &kind : kinds) {
         if (count == 2 && std::strcmp(kind.name, vector[1]) == 0) {
-            const bool written = std::fputs(kind.text().c_str(), stdout) >= 0;
+            const bool written = std::fputs(kind.text().c_str(), stdout) != EOF;
             return written && std::fflush(stdout) == 0 ? 0 : 1;
         }
     }

@@ -61,19 +61,19 @@ TEST_F(BashCompletion, BeginsWithAllCommands)
 
 TEST_F(BashCompletion, HasAllOptionsWhereThereIsNoCommand)
 {
-    EXPECT_EQ(completed({"-"}), "-dry|-in|-level|");
+    EXPECT_EQ(completed({"-"}), "-dry|-in|-level|-out|");
     EXPECT_EQ(completed({"-l"}), "-level|");
-    EXPECT_EQ(completed({"unknown", "-"}), "-dry|-in|-level|");
+    EXPECT_EQ(completed({"unknown", "-"}), "-dry|-in|-level|-out|");
 }
 
 TEST_F(BashCompletion, HasTheOptionsOfTheFirstOperand)
 {
     EXPECT_EQ(completed({"show", "-"}), "-dry|-in|-level|");
-    EXPECT_EQ(completed({"keep", "-"}), "-dry|-level|");
+    EXPECT_EQ(completed({"keep", "-"}), "-dry|-level|-out|");
     EXPECT_EQ(completed({"stop", "-"}), "-dry|");
     EXPECT_EQ(completed({"stop", "-i"}), "");
     EXPECT_EQ(completed({"stop", "keep", "-"}), "-dry|");
-    EXPECT_EQ(completed({"-dry", "keep", "file", "-"}), "-dry|-level|");
+    EXPECT_EQ(completed({"-dry", "keep", "file", "-"}), "-dry|-level|-out|");
 }
 
 TEST_F(BashCompletion, HasFilesForTheOperandsThatAreFiles)
@@ -89,6 +89,7 @@ TEST_F(BashCompletion, HasFilesForTheArgumentsThatAreFiles)
     EXPECT_EQ(completed({"-in", ""}), "completion|file|first file|show|");
     EXPECT_EQ(completed({"-in", "="}), "completion|file|first file|show|");
     EXPECT_EQ(completed({"stop", "-in", "=", "firs"}), "first file|");
+    EXPECT_EQ(completed({"-out", "firs"}), "first file|");
 }
 
 TEST_F(BashCompletion, HasNothingForOtherArguments)
@@ -106,6 +107,17 @@ TEST_F(BashCompletion, TakesNoArgumentForACommand)
     EXPECT_EQ(completed({"-level", "keep", ":", "80", "s"}), "show|stop|");
     EXPECT_EQ(completed({"-level", "=", "keep", ":", "80", "stop", "-"}), "-dry|");
     EXPECT_EQ(completed({"-dry", "s"}), "show|stop|");
+}
+
+TEST_F(BashCompletion, HasALineForEachCommand)
+{
+    EXPECT_NE(bash_completion().find("    case $command in\n"
+                                     "    show) options='-in -level -dry' ;;\n"
+                                     "    keep) options='-level -out -dry' ;;\n"
+                                     "    stop) options='-dry' ;;\n"
+                                     "    *) options='-in -level -out -dry' ;;\n"
+                                     "    esac\n"),
+              std::string::npos);
 }
 
 // So that readline quotes their blanks and marks folders.

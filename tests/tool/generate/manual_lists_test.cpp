@@ -30,6 +30,8 @@ Reads [from] a \efile: it's read.
 .Bl -tag -width Ds
 .It Fl level
 \&'Level' without an argument.
+.It Fl out Ar FILE
+Writes a file.
 .El
 .Ss General options
 .Bl -tag -width Ds

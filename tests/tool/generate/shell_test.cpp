@@ -12,7 +12,7 @@ TEST(AllOptions, HaveEachNameOnce)
     for (const program_option &option : all_options()) {
         names += std::string(option.name) + " ";
     }
-    EXPECT_EQ(names, "in level dry ");
+    EXPECT_EQ(names, "in level out dry ");
 }
 
 TEST(AllOptions, HaveTheOneThatTakesAnArgument)
@@ -22,8 +22,8 @@ TEST(AllOptions, HaveTheOneThatTakesAnArgument)
 
 TEST(WithArgumentOptions, PutsThePatternOfThoseInPlace)
 {
-    EXPECT_EQ(with_argument_options("(ARGUMENT_OPTIONS) ;;\n"), "(-in | -level) ;;\n");
-    EXPECT_EQ(with_argument_options("ARGUMENT_OPTIONS"), "-in | -level");
+    EXPECT_EQ(with_argument_options("(ARGUMENT_OPTIONS) ;;\n"), "(-in | -level | -out) ;;\n");
+    EXPECT_EQ(with_argument_options("ARGUMENT_OPTIONS"), "-in | -level | -out");
 }
 
 TEST(IsFile, IsTrueOfWhatTheTableCallsFiles)

@@ -14,6 +14,7 @@ constexpr program_option show_options[] = {
 
 constexpr program_option other_options[] = {
     {"level", nullptr, OPTION_QUIET, "'Level' without an argument."},
+    {"out", "FILE", OPTION_OUTPUT, "Writes a file."},
 };
 
 constexpr program_option general_options[] = {
@@ -48,7 +49,7 @@ std::vector<program_option> options_of(const char *command)
         return {show_options[0], show_options[1], general_options[0]};
     }
     if (std::strcmp(command, "keep") == 0) {
-        return {other_options[0], general_options[0]};
+        return {other_options[0], other_options[1], general_options[0]};
     }
     return {general_options[0]};
 }

@@ -40,6 +40,7 @@ true
 constexpr char in[] = "-in[Reads \\[from\\] a \\\\file: it's read.]:TARGET:_files\n";
 constexpr char level[] = "-level[.Level of 'what' is shown.]:a\\:b\\\\c: \n";
 constexpr char level_of_keep[] = "-level['Level' without an argument.]\n";
+constexpr char out[] = "-out[Writes a file.]:FILE:_files\n";
 constexpr char dry[] = "-dry[Does nothing, not even \"this\".]\n";
 constexpr char places[] = "1:command:->command\n*:argument:->argument\n";
 
@@ -60,17 +61,17 @@ TEST(ZshCompletion, NamesTheProgramInItsFirstLine)
 
 TEST(ZshCompletion, HasAllOptionsWhereThereIsNoCommand)
 {
-    EXPECT_EQ(asked("", {"-"}), options_asked({in, level, dry}));
-    EXPECT_EQ(asked("", {"unknown", "-"}), options_asked({in, level, dry}));
+    EXPECT_EQ(asked("", {"-"}), options_asked({in, level, out, dry}));
+    EXPECT_EQ(asked("", {"unknown", "-"}), options_asked({in, level, out, dry}));
 }
 
 TEST(ZshCompletion, HasTheOptionsOfTheFirstOperand)
 {
     EXPECT_EQ(asked("", {"show", "-"}), options_asked({in, level, dry}));
-    EXPECT_EQ(asked("", {"keep", "-"}), options_asked({level_of_keep, dry}));
+    EXPECT_EQ(asked("", {"keep", "-"}), options_asked({level_of_keep, out, dry}));
     EXPECT_EQ(asked("", {"stop", "-"}), options_asked({dry}));
     EXPECT_EQ(asked("", {"stop", "keep", "-"}), options_asked({dry}));
-    EXPECT_EQ(asked("", {"keep", "file", "-"}), options_asked({level_of_keep, dry}));
+    EXPECT_EQ(asked("", {"keep", "file", "-"}), options_asked({level_of_keep, out, dry}));
 }
 
 TEST(ZshCompletion, TakesNoOptionOrArgumentForACommand)
@@ -78,18 +79,18 @@ TEST(ZshCompletion, TakesNoOptionOrArgumentForACommand)
     EXPECT_EQ(asked("", {"-in", "show", "stop", "-"}), options_asked({dry}));
     EXPECT_EQ(asked("", {"-level", "show", "stop", "-"}), options_asked({dry}));
     EXPECT_EQ(asked("", {"-dry", "stop", "-"}), options_asked({dry}));
-    EXPECT_EQ(asked("", {"-in", "stop", "-"}), options_asked({in, level, dry}));
+    EXPECT_EQ(asked("", {"-in", "stop", "-"}), options_asked({in, level, out, dry}));
 }
 
 // The word that is being completed is no command yet.
 TEST(ZshCompletion, TakesNoUnfinishedWordForACommand)
 {
-    EXPECT_EQ(asked("", {"stop"}), options_asked({in, level, dry}));
+    EXPECT_EQ(asked("", {"stop"}), options_asked({in, level, out, dry}));
 }
 
 TEST(ZshCompletion, DescribesTheCommands)
 {
-    EXPECT_EQ(asked("command", {"s"}), options_asked({in, level, dry}) +
+    EXPECT_EQ(asked("command", {"s"}), options_asked({in, level, out, dry}) +
                                            "describe command\n"
                                            "show:Shows\\: it's \\\\all.\n"
                                            "keep:'Keeps' [it].\n"
@@ -100,9 +101,31 @@ TEST(ZshCompletion, HasFilesForTheOperandsThatAreFiles)
 {
     EXPECT_EQ(asked("argument", {"show", ""}), options_asked({in, level, dry}) + "files\n");
     EXPECT_EQ(asked("argument", {"keep", "file", "f"}),
-              options_asked({level_of_keep, dry}) + "files\n");
+              options_asked({level_of_keep, out, dry}) + "files\n");
     EXPECT_EQ(asked("argument", {"stop", ""}), options_asked({dry}));
-    EXPECT_EQ(asked("argument", {"unknown", ""}), options_asked({in, level, dry}));
+    EXPECT_EQ(asked("argument", {"unknown", ""}), options_asked({in, level, out, dry}));
+}
+
+TEST(ZshCompletion, HasALineForEachOptionAndCommand)
+{
+    const std::string text = zsh_completion();
+    EXPECT_NE(text.find("\n(keep)\n"
+                        "    options=(\n"
+                        "        '-level['\\''Level'\\'' without an argument.]'\n"
+                        "        '-out[Writes a file.]:FILE:_files'\n"
+                        "        '-dry[Does nothing, not even \"this\".]'\n"
+                        "    )\n"
+                        "    ;;\n"
+                        "(stop)\n"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("\ncommands=(\n"
+                        "    'show:Shows\\: it'\\''s \\\\all.'\n"
+                        "    'keep:'\\''Keeps'\\'' [it].'\n"
+                        "    'stop:.Ends.'\n"
+                        ")\n"),
+              std::string::npos)
+        << text;
 }
 
 } // namespace
