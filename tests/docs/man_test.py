@@ -17,9 +17,9 @@ import headers  # noqa: E402
 
 SECTIONS = {
     1: ("NAME", "SYNOPSIS", "DESCRIPTION", "ENVIRONMENT", "FILES", "EXIT STATUS", "EXAMPLES",
-        "DIAGNOSTICS", "SEE ALSO", "STANDARDS", "CAVEATS", "SECURITY CONSIDERATIONS"),
+        "DIAGNOSTICS", "SEE ALSO", "STANDARDS", "HISTORY", "CAVEATS", "SECURITY CONSIDERATIONS"),
     3: ("NAME", "LIBRARY", "SYNOPSIS", "DESCRIPTION", "RETURN VALUES", "EXAMPLES", "SEE ALSO",
-        "STANDARDS", "CAVEATS"),
+        "STANDARDS", "HISTORY", "CAVEATS"),
 }
 
 
@@ -27,6 +27,16 @@ def page_of(build, section):
     """The page as it is installed: with the program's lists, where the build makes them."""
     generated = build / "tool" / "generate" / f"corvella.{section}"
     return generated if generated.exists() else build / "docs" / "man" / f"corvella.{section}"
+
+
+def faults_of_form(page):
+    """What mandoc has to say of a page, matters of style included. Which other pages this machine
+    has, those of the layer too, and whether it keeps a list of them, is not the page's fault."""
+    lint = subprocess.run(["mandoc", "-T", "lint", "-W", "all", page], stdout=subprocess.PIPE,
+                          stderr=subprocess.STDOUT, text=True, timeout=60, check=False)
+    for line in lint.stdout.splitlines():
+        if not re.search(r"STYLE: referenced manual not found: Xr|: outdated mandoc\.db ", line):
+            yield line
 
 
 def installs(build, section):
@@ -45,14 +55,11 @@ def complaints(sources, build, version):
         if not page.exists():
             yield f"{page} is not built"
             return
-        lint = subprocess.run(["mandoc", "-T", "lint", "-W", "warning", page],
-                              capture_output=True, text=True, timeout=60, check=False)
-        if lint.returncode != 0 or lint.stdout or lint.stderr:
-            yield f"{page}: {lint.stdout}{lint.stderr}"
+        yield from faults_of_form(page)
         text = page.read_text(encoding="utf-8")
         if re.search(r"@\w+@", text):
             yield f"{page}: something is not filled in"
-        if f'.Os "Corvella {version}"\n' not in text:
+        if f"\n.Sh HISTORY\nThis page is that of version {version}.\n" not in text:
             yield f"{page}: another version than {version}"
         found = tuple(re.findall(r"^\.Sh (.*)$", text, re.MULTILINE))
         if found != titles:
