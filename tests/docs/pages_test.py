@@ -1,7 +1,8 @@
 """pages_test.py SOURCE_DIR VERSION: the documents agree with the tree.
 
 Links lead to files and headings that are there, what docs/architecture.md and its picture name
-exists, the newest heading of the change log is the version, and the README names every example.
+exists, the version is the newest heading of the change log and what the pages say it is, and the
+README names every example.
 """
 
 import pathlib
@@ -84,6 +85,16 @@ def wrong_change_log(sources, version):
         yield f"CHANGELOG.md: its newest heading is '{headings[0]}', the version {version}"
 
 
+def wrong_versions(sources, version):
+    major_and_minor = ".".join(version.split(".")[:2])
+    for name, pattern, expected in (
+            ("README.md", r"find_package\(corvella ([\d.]+) ", major_and_minor),
+            ("docs/automated.md", r"`corvella ([\d.]+)`", version)):
+        found = re.findall(pattern, (sources / name).read_text(encoding="utf-8"))
+        if not found or set(found) != {expected}:
+            yield f"{name}: tells of the versions {found}, not of {expected}"
+
+
 def unnamed_examples(sources):
     links = links_of(sources / "README.md")
     for path in files_of(sources / "examples", ".cpp", ".php"):
@@ -95,7 +106,8 @@ def unnamed_examples(sources):
 def main():
     sources, version = pathlib.Path(sys.argv[1]), sys.argv[2]
     complaints = [*broken_links(sources), *names_without_a_thing(sources),
-                  *wrong_change_log(sources, version), *unnamed_examples(sources)]
+                  *wrong_change_log(sources, version), *wrong_versions(sources, version),
+                  *unnamed_examples(sources)]
     for complaint in complaints:
         print(complaint)
     return 1 if complaints else 0

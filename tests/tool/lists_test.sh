@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The usage text, the parser, the manual page and the completions of bash and zsh know the same
-# commands, options and exit statuses.
+# commands and options, and what tells of the exit statuses tells of the same.
 #   lists_test.sh PROGRAM LISTS_DIR SOURCE_DIR
 set -euo pipefail
 program=$1 lists=$2 sources=$3
@@ -133,7 +133,7 @@ expect_same options help.options zsh.options
 grep -qx 'files of open' zsh.files || fail 'zsh completes no file to open'
 grep -q "^get -output\[.*:_files$" zsh.specifications || fail 'zsh completes no output file'
 
-# The exit statuses: those of the program's source, the usage text and the manual page.
+# The exit statuses: those of the program's source, the usage text, the manual page and the README.
 sed -nE 's/^ *EXIT_[A-Z_]+ = ([0-9]+),.*/\1/p' "$sources/tool/exit_status.h" >enum.statuses
 sed '1,/^Exit status:/d' help | sed -E 's/^ *([0-9]+)[ \t]*/\1: /' >help.statuses
 awk '
@@ -143,3 +143,5 @@ awk '
 sed 's/:.*//' help.statuses >help.numbers
 expect_same 'exit statuses' enum.statuses help.numbers
 expect_same 'exit statuses' help.statuses manual.statuses
+sed -nE 's/^\| ([0-9]+) \| (.*) \|$/\1: \2/p' "$sources/README.md" >readme.statuses
+expect_same 'exit statuses' help.statuses readme.statuses
