@@ -33,11 +33,13 @@ protected:
     }
 
     /// The words for the last one of a command line, sorted, each with a bar behind it. Bash makes
-    /// ":" and "=" words of their own.
+    /// ":" and "=" words of their own. The variables of whoever completes stay as they are.
     std::string completed(const std::vector<std::string> &words) const
     {
-        return said("COMP_WORDS=(corvella \"$@\") COMP_CWORD=$#\n"
+        return said("command=stop options=-old i=0 COMPREPLY=(old)\n"
+                    "COMP_WORDS=(corvella \"$@\") COMP_CWORD=$#\n"
                     "_corvella\n"
+                    "[ $command$options$i = stop-old0 ] || echo 'it changes the variables'\n"
                     "for word in \"${COMPREPLY[@]}\"; do echo \"$word\"; done |\n"
                     "    LC_ALL=C sort | tr '\\n' '|'\n",
                     words);

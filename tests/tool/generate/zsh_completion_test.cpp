@@ -10,20 +10,26 @@
 namespace {
 
 /// What the completion asks of the completion system, which \p state tells where the last of
-/// \p words stands: a line for each. An empty state says that all is completed.
+/// \p words stands: a line for each. An empty state says that all is completed. The variables of
+/// whoever completes stay as they are.
 std::string asked(const std::string &state, const std::vector<std::string> &words)
 {
     constexpr char script[] = R"(
 fpath=(.)
 autoload -Uz _corvella
-_arguments() { print -rl -- "$@"; state=$wanted_state; [[ -z $state ]] }
+_arguments() {
+    print -rl -- "$@"
+    state=$wanted_state line=$words[-1] curcontext=$curcontext-deeper opt_args[-in]=file
+    [[ -z $state ]]
+}
 _describe() { print -r -- describe $1; print -rl -- ${(P)2} }
 _files() { print files }
 wanted_state=$1
 shift
 words=(corvella "$@") CURRENT=$(($# + 1))
+command=stop i=0 state=old line=old curcontext=old opt_args=old
 _corvella
-true
+[[ $command$i$state$line$curcontext$opt_args = stop0oldoldoldold ]] || print changed variables
 )";
     const TemporaryDirectory directory;
     directory.write("_corvella", zsh_completion());
