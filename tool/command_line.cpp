@@ -174,7 +174,8 @@ bool read_given(int count, char **vector, command_line &line, given_options &giv
         complain_of_usage("-quiet and -verbose exclude each other.");
         return false;
     }
-    return line.show_help || line.command == nullptr || check_places(line, given);
+    return line.show_help || line.command == nullptr ||
+           meaning_of_command(line.command) == NO_COMMAND || check_places(line, given);
 }
 
 } // namespace

@@ -1,8 +1,10 @@
 // The program corvella: a thin caller of the support layer.
 #include <csignal>
+#include <new>
 #include <string>
 #include <unistd.h>
 
+#include "support/error.h"
 #include "support/version.h"
 #include "tool/commands.h"
 #include "tool/option_table.h"
@@ -36,11 +38,8 @@ exit_status run_command(command_line &line)
     return EXIT_USAGE;
 }
 
-} // namespace
-
-int main(int count, char **vector)
+exit_status run(int count, char **vector)
 {
-    std::signal(SIGPIPE, SIG_IGN); // a reader that has gone is reported like any failed write
     command_line line;
     if (!read_command_line(count, vector, line)) {
         return EXIT_USAGE;
@@ -56,4 +55,17 @@ int main(int count, char **vector)
         status = run_command(line);
     }
     return status == EXIT_DONE && results_were_lost() ? EXIT_FAILED : status;
+}
+
+} // namespace
+
+int main(int count, char **vector)
+{
+    std::signal(SIGPIPE, SIG_IGN); // a reader that has gone is reported like any failed write
+    try {
+        return run(count, vector);
+    } catch (const std::bad_alloc &) {
+        report_message(9, "Out of memory.");
+        return EXIT_FAILED;
+    }
 }

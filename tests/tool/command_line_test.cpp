@@ -251,6 +251,8 @@ TEST(CommandLine, AnUnknownCommandIsRefused)
     for (const char *const command : {"fetch", "GET", "ge", "gett", "", "-5", "-", "http://x/"}) {
         expect_usage_error({command, "http://127.0.0.1/"});
     }
+    const ProgramResult result = run_corvella({"gett", "-header", "http://127.0.0.1/"});
+    EXPECT_TRUE(contains(result.err, "There is no command 'gett'.")) << result.err;
 }
 
 TEST(CommandLine, OperandsThatAreMissingOrTooManyAreRefused)

@@ -1,7 +1,9 @@
 #include <cerrno>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include "tests/harness/endurance.h"
 #include "tests/tool/program_under_test.h"
 
 namespace {
@@ -33,6 +35,29 @@ TEST(GetCommand, PrintsTheBodyAsItIs)
         EXPECT_EQ(result.out, body);
         EXPECT_EQ(result.err, "");
     }
+}
+
+TEST(GetCommand, AReplyLargerThanTheMemoryIsAFailureWithoutOutput)
+{
+    if (repetitions(1, 0) == 0) {
+        GTEST_SKIP() << "the tool that watches the memory needs more of it";
+    }
+    const std::string piece(65536, 'x');
+    const ScriptedServer server(
+        {collect_request(), send_bytes(good_reply("")), [&piece](ScriptedConnection &connection) {
+             while (connection.send(piece)) {
+             }
+             return true;
+         }});
+    ProgramOptions options;
+    options.prepare = [] {
+        const rlimit limit = {64u << 20, 64u << 20};
+        setrlimit(RLIMIT_AS, &limit);
+    };
+    const ProgramResult result = run_corvella({"get", url_of(server)}, options);
+    EXPECT_EQ(result.exit_status, 1) << result.signal;
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(contains(result.err, "Error: Out of memory.")) << result.err;
 }
 
 TEST(GetCommand, AsksForTheUrlAsItWasGiven)
