@@ -31,7 +31,7 @@ exit_status run_command(command_line &line)
         return describe_command(line);
     case COMMAND_OPEN:
         return open_command(line);
-    case NO_COMMAND:
+    default:
         break;
     }
     complain_of_usage(std::string("There is no command '") + line.command + "'.");

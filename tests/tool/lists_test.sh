@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # The usage text, the parser, the manual page and the completions of bash and zsh know the same
 # commands and options, and what tells of the exit statuses tells of the same.
-#   lists_test.sh PROGRAM LISTS_DIR SOURCE_DIR
+#   lists_test.sh PROGRAM LISTS_PROGRAM LISTS_DIR SOURCE_DIR
 set -euo pipefail
-program=$1 lists=$2 sources=$3
+program=$1 lists_program=$2 lists=$3 sources=$4
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
@@ -17,6 +17,12 @@ expect_same() {
     [ -s "$2" ] || fail "$1: there are none"
     diff <(sort -u "$2") <(sort -u "$3") || fail "$1 differ: $2 $3"
 }
+
+# The build keeps what the program that makes the lists prints.
+for kind in manual:corvella_options.mdoc bash:bash/corvella zsh:zsh/_corvella; do
+    "$lists_program" "${kind%:*}" | diff - "$lists/${kind#*:}" || fail "another list: $kind"
+done
+! "$lists_program" nonsense 2>/dev/null || fail 'there is a list of nonsense'
 
 cd "$scratch"
 "$program" -help >help

@@ -11,15 +11,22 @@ std::string text_line(const std::string &text)
 {
     std::string line = text[0] == '.' || text[0] == '\'' ? "\\&" : "";
     for (const char c : text) {
-        line += c == '\\' ? std::string("\\e") : std::string(1, c);
+        if (c == '\\') {
+            line += "\\e";
+        } else {
+            line += c;
+        }
     }
     return line + "\n";
 }
 
 std::string item(const std::string &listed, const std::string &arguments, const char *description)
 {
-    return ".It " + listed + (arguments.empty() ? "" : " Ar " + arguments) + "\n" +
-           text_line(description);
+    std::string text = ".It " + listed;
+    if (!arguments.empty()) {
+        text += " Ar " + arguments;
+    }
+    return text + "\n" + text_line(description);
 }
 
 } // namespace

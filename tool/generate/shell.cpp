@@ -1,6 +1,7 @@
 #include "tool/generate/shell.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 
 std::vector<program_option> all_options()
@@ -31,7 +32,7 @@ std::string with_argument_options(std::string text)
     return text.replace(text.find(place), place.size(), pattern);
 }
 
-bool is_file(const std::string &argument)
+bool is_file(const char *argument)
 {
-    return argument == "FILE" || argument == "TARGET";
+    return std::strcmp(argument, "FILE") == 0 || std::strcmp(argument, "TARGET") == 0;
 }

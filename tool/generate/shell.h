@@ -15,4 +15,4 @@ std::vector<program_option> all_options();
 std::string with_argument_options(std::string text);
 
 /// Whether an argument, or the operand of a command, is a file.
-bool is_file(const std::string &argument);
+bool is_file(const char *argument);

@@ -24,7 +24,10 @@ std::string escaped(const std::string &text, const std::string &special)
 {
     std::string result;
     for (const char c : text) {
-        result += special.find(c) != std::string::npos ? std::string("\\") + c : std::string(1, c);
+        if (special.find(c) != std::string::npos) {
+            result += '\\';
+        }
+        result += c;
     }
     return result;
 }
@@ -33,7 +36,10 @@ std::string quoted(const std::string &text)
 {
     std::string result;
     for (const char c : text) {
-        result += c == '\'' ? std::string("'\\''") : std::string(1, c);
+        if (c == '\'') {
+            result += "'\\'"; // c itself opens the quotes again
+        }
+        result += c;
     }
     return "'" + result + "'";
 }
