@@ -1,8 +1,8 @@
 # shellcheck shell=bash
 # What the tests of the package share. Read by them, not run. They get from CMakeLists.txt, in the
-# environment: CORVELLA_SOURCES, CORVELLA_BUILD, CORVELLA_SHARED_BUILD and CORVELLA_STATIC_BUILD (the
-# folders of the sources, of the build that the test belongs to and of those that are shipped),
-# CORVELLA_VERSION, CORVELLA_COMPILER and CORVELLA_FLAGS.
+# environment: CORVELLA_SOURCES, CORVELLA_BUILD, CORVELLA_SHARED_BUILD and CORVELLA_STATIC_BUILD,
+# the folders of the sources, of the build that the test belongs to and of those as they are
+# shipped; CORVELLA_VERSION, CORVELLA_COMPILER and CORVELLA_FLAGS.
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 scratch=$(cd "$(mktemp -d)" && pwd -P)
 trap 'rm -rf "$scratch"' EXIT
