@@ -29,6 +29,18 @@ declared() {
             -e 's/^ *extern [^(]*[ *]([a-z_0-9]+)(\[[0-9]+\])?$/\1/p' | sort -u
 }
 
+# promised: the names whose types the caller's program of the package knows.
+promised() {
+    tr '\n' ' ' <"$here/consumer/published_interface.cpp" |
+        grep -oE 'promise<[^;]*>\( *\w+\);' | sed -E 's/.*\( *(\w+)\);/\1/' | sort
+}
+
+promised >"$scratch/promised"
+for library in support web; do
+    listed $library
+done | grep -v -e '^typeinfo ' -e '::' | sed 's/()$//' | sort >"$scratch/listed"
+expect_same "listed < and promised >" "$scratch/listed" "$scratch/promised"
+
 for library in support web; do
     listed $library >"$scratch/listed"
     sort "$scratch/listed" >"$scratch/sorted"

@@ -129,5 +129,6 @@ std::string exchange_outcome()
 {
     const Exchange exchange = {running.result, taken(running.header), taken(running.body),
                                web_last_error(), network.sent == running.whole_request};
-    return running.finished ? shown(exchange) : "";
+    return (running.finished ? shown(exchange) : "") +
+           (web_cancel_requested != 0 ? still_to_be_cancelled : "");
 }

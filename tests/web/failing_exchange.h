@@ -54,5 +54,8 @@ extern RunningExchange running;
 /// Begins a new one, with the server's script from the start. A failed call takes a second.
 void prepare_exchange(const std::string &whole_request = "");
 
+/// What the outcome says behind the rest when a request to cancel is left.
+constexpr char still_to_be_cancelled[] = "(still to be cancelled)";
+
 /// What has come of it; "" after an exception. Gives its texts back.
 std::string exchange_outcome();

@@ -264,6 +264,38 @@ FailureScenario silent_server()
         });
 }
 
+/// The user has asked to cancel. A request that was heard is taken back, also where its text fails.
+FailureScenario cancelled_request()
+{
+    static const Exchange cancelled = {2, {}, {}, "User canceled web transaction"};
+    return failing(
+        "CancelledRequest",
+        {Call::Malloc, Call::Socket, Call::Lookup, Call::Connect, Call::SetOption, Call::Send,
+         Call::Select, Call::Close, Call::Clock, Call::Format},
+        [] {
+            prepare_get();
+            network.events = {};
+            web_cancel_requested = 1;
+        },
+        cancelled,
+        [](const Failure &failure) -> std::string {
+            switch (failure.call) {
+            case Call::Malloc:
+                return "std::bad_alloc ";
+            case Call::Format:
+                return with_failed_format(failure, {2, {}, {}, ""}, "");
+            case Call::Send:
+                return shown({2, {}, {}, cancelled.error, false});
+            case Call::Socket:
+            case Call::Lookup:
+            case Call::Connect:
+                return shown(exchange_with(failure, plain_host)) + still_to_be_cancelled;
+            default:
+                return shown(cancelled);
+            }
+        });
+}
+
 /// One piece of the request is lost; the socket is shut down, so that nothing can complete it.
 FailureScenario lost_piece()
 {
@@ -291,8 +323,8 @@ FailureScenario lost_piece()
 std::vector<FailureScenario> transaction_scenarios()
 {
     return {
-        get(),        post(),          no_socket(),  no_such_host(), refused_connection(),
-        lost_reply(), silent_server(), lost_piece(),
+        get(),        post(),          no_socket(),         no_such_host(), refused_connection(),
+        lost_reply(), silent_server(), cancelled_request(), lost_piece(),
     };
 }
 
