@@ -5,10 +5,8 @@
 #include <unistd.h>
 
 #include "tests/harness/capture.h"
+#include "tests/tool/generate/lists_main.h"
 #include "tool/generate/lists.h"
-
-/// Its main function, as the build calls it.
-int lists_main(int count, char **vector);
 
 namespace {
 
@@ -38,14 +36,18 @@ int status_on_full_device(int mode)
 
 TEST(ListsProgram, PrintsTheListThatItsArgumentNames)
 {
-    const std::pair<const char *, std::string> lists[] = {
+    const struct {
+        const char *name;
+        std::string text;
+    } lists[] = {
         {"manual", manual_lists()}, {"bash", bash_completion()}, {"zsh", zsh_completion()}};
-    for (const auto &[name, text] : lists) {
+    for (const auto &list : lists) {
         int status = -1;
-        const CapturedOutput output = capture_output([&] { status = lists_main_with({name}); });
-        EXPECT_EQ(status, 0) << name;
-        EXPECT_EQ(output.out, text) << name;
-        EXPECT_EQ(output.err, "") << name;
+        const CapturedOutput output =
+            capture_output([&] { status = lists_main_with({list.name}); });
+        EXPECT_EQ(status, 0) << list.name;
+        EXPECT_EQ(output.out, list.text) << list.name;
+        EXPECT_EQ(output.err, "") << list.name;
     }
 }
 
