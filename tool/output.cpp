@@ -81,8 +81,10 @@ bool write_standard_output(std::string_view bytes)
 
 bool show_reply_text(std::string_view text)
 {
-    return isatty(STDOUT_FILENO) != 0 ? write_standard_output(printable_text(text))
-                                      : write_standard_output(text);
+    if (isatty(STDOUT_FILENO) != 0) {
+        return write_standard_output(printable_text(text));
+    }
+    return write_standard_output(text);
 }
 
 void report_error(const std::string &text)

@@ -55,7 +55,7 @@ std::size_t first_length(std::string_view text)
 bool begins_with_control(std::string_view text, std::size_t length)
 {
     if (length > 1) {
-        return text[0] == '\xc2' && is_between(text[1], 0x80, 0x9f);
+        return text[0] == '\xc2' && static_cast<unsigned char>(text[1]) <= 0x9f;
     }
     if (text[0] == '\t' || text[0] == '\n' || text.substr(0, 2) == "\r\n") {
         return false;

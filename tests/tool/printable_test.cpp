@@ -104,6 +104,64 @@ TEST(BodyOnATerminal, HasNoControlCharactersBeyondAscii)
     }
 }
 
+/// The character that \p text begins with, if that is well-formed UTF-8 of \p length bytes; -1
+/// else.
+long decoded(const std::string &text, std::size_t length)
+{
+    static const unsigned lead_bits[] = {0, 0x7f, 0x1f, 0x0f, 0x07};
+    static const long least[] = {0, 0, 0x80, 0x800, 0x10000};
+    const auto byte = [&text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned lead_mark = length == 1 ? 0 : 0xf00u >> length & 0xff;
+    if (text.size() < length || (byte(0) & ~lead_bits[length]) != lead_mark) {
+        return -1;
+    }
+    long character = byte(0) & lead_bits[length];
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((byte(i) & 0xc0u) != 0x80) {
+            return -1;
+        }
+        character = character << 6 | (byte(i) & 0x3f);
+    }
+    const bool is_surrogate = character >= 0xd800 && character <= 0xdfff;
+    return character < least[length] || character > 0x10ffff || is_surrogate ? -1 : character;
+}
+
+/// A text with its control characters replaced, by what its characters are.
+std::string plainly_printable(std::string text)
+{
+    std::string shown;
+    while (!text.empty()) {
+        std::size_t length = 4;
+        while (length > 1 && decoded(text, length) < 0) {
+            --length;
+        }
+        const long first = static_cast<unsigned char>(text[0]);
+        const long character = length > 1 ? decoded(text, length) : first;
+        const bool is_control =
+            (character < 0x20 && character != '\n') || (character >= 0x7f && character <= 0x9f);
+        shown += is_control ? "?" : text.substr(0, length);
+        text.erase(0, length);
+    }
+    return shown;
+}
+
+TEST(BodyOnATerminal, KeepsWellFormedUtf8AndNothingThatOnlyLooksLikeIt)
+{
+    std::string body;
+    for (const char *const lead : {"\xc1", "\xc2", "\xdf", "\xe0", "\xe1", "\xec", "\xed", "\xee",
+                                   "\xef", "\xf0", "\xf1", "\xf3", "\xf4", "\xf5", "\xff"}) {
+        for (const char *const second :
+             {"\x7f", "\x80", "\x8f", "\x90", "\x9f", "\xa0", "\xbf", "\xc0"}) {
+            for (const char *const rest : {"", "\x80", "\xbf\xbf", "\x80\x7f", "\xc0\x80",
+                                           "\x7f\xbf", "\xbf\xc0", "\x80\x80"}) {
+                body += std::string(lead) + second + rest + " ";
+            }
+        }
+        body += "\n";
+    }
+    EXPECT_EQ(page_on_a_terminal(good_reply(body)), on_the_line(plainly_printable(body)));
+}
+
 TEST(BodyOnATerminal, ANameOfStandardOutputTakesTheBytesAsTheyAre)
 {
     EXPECT_EQ(page_on_a_terminal(good_reply("\x1b[0m"), {"-output", "/dev/stdout"}), "\x1b[0m");

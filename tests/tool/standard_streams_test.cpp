@@ -221,4 +221,17 @@ TEST(StandardError, ThatIsClosedOrFullDoesNotChangeTheExitStatus)
     }
 }
 
+// Its descriptor then becomes the file's.
+TEST(ClosedStandardInput, DoesNotMatter)
+{
+    const TemporaryDirectory directory;
+    ScriptedServer server(replying(good_reply("body")));
+    ProgramOptions options;
+    options.prepare = [] { close(STDIN_FILENO); };
+    const ProgramResult result =
+        run_corvella({"get", url_of(server), "-output", directory.path("page")}, options);
+    EXPECT_EQ(result.exit_status, 0) << result.err;
+    EXPECT_EQ(directory.read("page"), "body");
+}
+
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <chrono>
 #include <gtest/gtest.h>
 
 #include "tests/tool/program_under_test.h"
@@ -106,9 +107,11 @@ TEST_F(OnATerminal, CtrlCWipesTheWaitAndCancels)
 }
 
 /// What stands on a terminal on which \p command gets a slow page, which comes whole.
-std::string written_during_a_wait(const std::vector<std::string> &command, bool controlling)
+std::string written_during_a_wait(const std::vector<std::string> &command, bool controlling,
+                                  int milliseconds = 2500)
 {
-    ScriptedServer server({collect_form(), pause_for(2500), send_bytes(good_reply("body\n"))});
+    ScriptedServer server(
+        {collect_form(), pause_for(milliseconds), send_bytes(good_reply("body\n"))});
     Terminal terminal;
     ProgramOptions options;
     options.err = terminal.program_end();
@@ -135,6 +138,15 @@ TEST(TheWait, IsWrittenSeldom)
     }
     EXPECT_GE(updates, 1) << written;
     EXPECT_LE(updates, 3) << written;
+}
+
+TEST(TheWait, IsNotShownBeforeASecondHasPassed)
+{
+    const auto start = std::chrono::steady_clock::now();
+    const std::string written = written_during_a_wait(corvella_command({"get"}), true, 400);
+    if (std::chrono::steady_clock::now() - start < std::chrono::seconds(1)) {
+        EXPECT_EQ(written, ""); // on a machine too busy for that it may have been a second
+    }
 }
 
 TEST(TheWait, IsNotShownToARunThatIsQuietOrAutomated)
