@@ -13,7 +13,6 @@ const char *complaint_of_url(const char *url);
 /// The greatest port that there is (RFC 9293).
 constexpr int greatest_port = 65535;
 
-/// \return the host of a URL that complaint_of_url() lets pass, in capitals as the request names
-/// it;
-/// "" for another protocol.
+/// \return the host of a URL that complaint_of_url() lets pass, in capitals as in the request; ""
+/// for another protocol.
 std::string host_of_url(const char *url);
