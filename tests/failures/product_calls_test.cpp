@@ -29,7 +29,8 @@ const Names never_failing = {
     "stderr", "stdout", "__errno_location", "__h_errno_location", "_GLOBAL_OFFSET_TABLE_",
     "__dso_handle",
     // Ends the program.
-    "__fdelt_chk", "__stack_chk_fail", "__stack_chk_fail_local", "std::terminate",
+    "__fdelt_chk", "__stack_chk_fail", "__stack_chk_fail_local", "std::__glibcxx_assert_fail",
+    "std::terminate",
     // Exceptions, for which the C++ library keeps a reserve of memory.
     "__cxa_allocate_exception", "__cxa_free_exception", "__cxa_throw", "__cxa_rethrow",
     "__cxa_begin_catch", "__cxa_end_catch", "__gxx_personality_v0", "_Unwind_Resume",
