@@ -17,7 +17,7 @@ namespace {
 constexpr char fixed_lines[] = "Accept: image/gif, image/x-xbitmap, image/jpeg, image/pjpeg, */*\n"
                                "Accept-Language: en-us\n"
                                "User-Agent: Morvane_Auto1\n"
-                               "Referer: www." CORVELLA_MAKER_DOMAIN "\n";
+                               "Referer: www." CORVELLA_MAKER_DOMAIN;
 
 /// Shows each line of a text, \p mark before it.
 void show_lines(char mark, const std::string &text)

@@ -31,7 +31,6 @@ struct machine_texts {
 
 void describe_machine(machine_texts &machine)
 {
-    machine = {};
     get_os_name(machine.os);
     get_os_version(machine.os_version, sizeof machine.os_version);
     get_host_name(machine.host_name, sizeof machine.host_name);
@@ -63,7 +62,7 @@ int query(const command_line &line, float version, update_reply_texts &reply)
 {
     const update_options &options = line.update;
     const proxy_arguments proxy = proxy_arguments_of(line.proxy);
-    machine_texts machine;
+    machine_texts machine = {};
     describe_machine(machine);
     return query_product_update(
         options.product, options.productline, version,
