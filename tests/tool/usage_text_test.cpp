@@ -122,7 +122,8 @@ TEST(UsageText, HasSeventyNineColumnsWhereNothingTells)
 {
     const std::string usual = usage_with_columns("79");
     EXPECT_EQ(run_program(without_columns({"-help"})).out, usual);
-    for (const char *const columns : {"", "0", "-50", "50x", "fifty", "99999999999999999999"}) {
+    for (const char *const columns :
+         {"", "0", "-50", "50x", "fifty", "10000", "99999999999999999999"}) {
         EXPECT_EQ(usage_with_columns(columns), usual) << columns;
     }
 }
@@ -139,9 +140,15 @@ TEST(UsageText, FitsTheTerminal)
 
 TEST(UsageText, HasTheColumnsOfTheEnvironmentOnATerminalToo)
 {
-    EXPECT_EQ(written_to_terminal(45, {"/usr/bin/env", "COLUMNS=60", corvella_path(), "-help"},
-                                  &ProgramOptions::out),
-              usage_with_columns("60"));
+    const struct {
+        const char *environment;
+        const char *columns;
+    } cases[] = {{"COLUMNS=60", "60"}, {"COLUMNS=9999", "9999"}, {"COLUMNS=10000", "45"}};
+    for (const auto &[environment, columns] : cases) {
+        EXPECT_EQ(written_to_terminal(45, {"/usr/bin/env", environment, corvella_path(), "-help"},
+                                      &ProgramOptions::out),
+                  usage_with_columns(columns));
+    }
 }
 
 TEST(UsageText, FitsTheTerminalThatGetsTheComplaintBeforeIt)
