@@ -106,18 +106,18 @@ TEST(BodyOnATerminal, HasNoControlCharactersBeyondAscii)
 
 /// The character that \p text begins with, if that is well-formed UTF-8 of \p length bytes; -1
 /// else.
-long decoded(const std::string &text, std::size_t length)
+int decoded(const std::string &text, std::size_t length)
 {
-    static const unsigned lead_bits[] = {0, 0x7f, 0x1f, 0x0f, 0x07};
-    static const long least[] = {0, 0, 0x80, 0x800, 0x10000};
-    const auto byte = [&text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned lead_mark = length == 1 ? 0 : 0xf00u >> length & 0xff;
+    static const int lead_bits[] = {0, 0x7f, 0x1f, 0x0f, 0x07};
+    static const int least[] = {0, 0, 0x80, 0x800, 0x10000};
+    const auto byte = [&text](std::size_t i) { return int{static_cast<unsigned char>(text[i])}; };
+    const int lead_mark = length == 1 ? 0 : 0xf00 >> length & 0xff;
     if (text.size() < length || (byte(0) & ~lead_bits[length]) != lead_mark) {
         return -1;
     }
-    long character = byte(0) & lead_bits[length];
+    int character = byte(0) & lead_bits[length];
     for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xc0u) != 0x80) {
+        if ((byte(i) & 0xc0) != 0x80) {
             return -1;
         }
         character = character << 6 | (byte(i) & 0x3f);
@@ -135,8 +135,8 @@ std::string plainly_printable(std::string text)
         while (length > 1 && decoded(text, length) < 0) {
             --length;
         }
-        const long first = static_cast<unsigned char>(text[0]);
-        const long character = length > 1 ? decoded(text, length) : first;
+        const int first = static_cast<unsigned char>(text[0]);
+        const int character = length > 1 ? decoded(text, length) : first;
         const bool is_control =
             (character < 0x20 && character != '\n') || (character >= 0x7f && character <= 0x9f);
         shown += is_control ? "?" : text.substr(0, length);
