@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -50,6 +51,7 @@ TEST(Password, CannotBeReadOffTheListOfProcesses)
         const std::string seen = public_command_line(program.process().pid());
         EXPECT_TRUE(contains(seen, "http://web1.test/")) << seen;
         EXPECT_FALSE(contains(seen, secret)) << password[0] << ": " << seen;
+        EXPECT_TRUE(contains(seen, std::string(std::strlen(secret), '*'))) << seen;
         server.release();
         EXPECT_EQ(program.finish().exit_status, 0);
         // "user:s3cretW0rd"
