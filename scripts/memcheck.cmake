@@ -5,7 +5,7 @@ get_filename_component(CTEST_SOURCE_DIRECTORY "${CMAKE_CURRENT_LIST_DIR}/.." ABS
 set(CTEST_BINARY_DIRECTORY "${CTEST_SOURCE_DIRECTORY}/build/default")
 find_program(CTEST_MEMORYCHECK_COMMAND valgrind)
 set(CTEST_MEMORYCHECK_COMMAND_OPTIONS
-  "--quiet --suppressions=${CMAKE_CURRENT_LIST_DIR}/valgrind.supp --error-exitcode=99 \
+  "--quiet --vgdb=no --suppressions=${CMAKE_CURRENT_LIST_DIR}/valgrind.supp --error-exitcode=99 \
 --leak-check=full --show-leak-kinds=definite,indirect \
 --errors-for-leak-kinds=definite,indirect --num-callers=20 --trace-children=yes \
 --trace-children-skip=*/sh,*/bash,*/dash,*/env,*/nm,*/python*,*php*,*nginx*,*squid*,*tinyproxy*")

@@ -22,6 +22,13 @@ extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #include <malloc.h>
 #endif
 
+/// Whether valgrind runs this, and everything takes thirty times as long.
+inline bool runs_under_valgrind()
+{
+    const char *const preloaded = std::getenv("LD_PRELOAD");
+    return preloaded != nullptr && std::strstr(preloaded, "vgpreload") != nullptr;
+}
+
 /// \return \p often, or \p seldom where everything takes many times longer: with a sanitizer, and
 /// under valgrind.
 inline std::size_t repetitions(std::size_t often, std::size_t seldom)
@@ -30,10 +37,7 @@ inline std::size_t repetitions(std::size_t often, std::size_t seldom)
     static_cast<void>(often);
     return seldom;
 #else
-    const char *const preloaded = std::getenv("LD_PRELOAD");
-    const bool under_valgrind =
-        preloaded != nullptr && std::strstr(preloaded, "vgpreload") != nullptr;
-    return under_valgrind ? seldom : often;
+    return runs_under_valgrind() ? seldom : often;
 #endif
 }
 

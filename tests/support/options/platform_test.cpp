@@ -4,6 +4,7 @@
 // exact name in the table before the names that it abbreviates.
 
 #include "support/options.h"
+#include "tests/harness/endurance.h"
 #include "tests/support/options/arguments.h"
 
 #include <cstddef>
@@ -176,7 +177,8 @@ TEST_P(ParserAndPlatform, AgreeOnTheCommonKindOfCommandLine)
 {
     const std::string mode = GetParam();
     Generator generator(1);
-    for (int i = 0; i < 100000; ++i) {
+    const int scans = runs_under_valgrind() ? 5000 : 100000;
+    for (int i = 0; i < scans; ++i) {
         const Texts elements = generator.elements(mode);
         const std::string short_options = mode + "abo:p::v";
         const Scan ours = scan_with_the_parser(elements, short_options);

@@ -1,6 +1,7 @@
 // The parser against its model, over random argument vectors, tables and short options.
 
 #include "tests/harness/capture.h"
+#include "tests/harness/endurance.h"
 #include "tests/support/options/arguments.h"
 #include "tests/support/options/comparison.h"
 #include "tests/support/options/model.h"
@@ -175,7 +176,8 @@ TEST_P(ParserAndModel, AgreeInEverythingThatCanBeSeen)
 {
     Generator generator(GetParam());
     OptionsModel model;
-    for (int batch = 0; batch < 50; ++batch) {
+    const int batches = runs_under_valgrind() ? 3 : 50;
+    for (int batch = 0; batch < batches; ++batch) {
         const std::string difference = compare_scans(generator, model, 1000);
         ASSERT_TRUE(difference.empty()) << difference;
     }
