@@ -25,5 +25,6 @@ struct ChildResult {
 
 /// Runs \p action in a forked child, which exits with status 0 when \p action returns. An uncaught
 /// exception ends it by std::terminate, as in the program. A child that takes longer than
-/// \p seconds is killed.
+/// \p seconds is killed. No other thread may be using the heap meanwhile: the child would find it
+/// locked where a sanitizer guards it.
 ChildResult run_in_child(const std::function<void()> &action, int seconds = 30);

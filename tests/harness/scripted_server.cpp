@@ -215,6 +215,9 @@ ScriptedServer::ScriptedServer(ServerScript script, bool accepting)
     pthread_sigmask(SIG_SETMASK, &all, &before);
     thread_ = std::thread([this, accepting] { run(accepting); });
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    while (!started_) {
+        std::this_thread::yield();
+    }
 }
 
 ScriptedServer::~ScriptedServer()
@@ -270,6 +273,7 @@ std::size_t ScriptedServer::connection_count()
 
 void ScriptedServer::run(bool accepting)
 {
+    started_ = true;
     if (!accepting) {
         wait_for(-1, 0, -1);
         return;

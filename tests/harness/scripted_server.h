@@ -13,6 +13,7 @@
 /// Nothing here can hang: each step gives up when the server is stopped, and after 40 s.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -79,7 +80,8 @@ ScriptStep reset_connection();
 class ScriptedServer {
 public:
     /// Listens from here on. With \p accepting false, clients get a connection from the system that
-    /// nobody ever reads.
+    /// nobody ever reads. The server's thread leaves the heap alone until the first client comes, so
+    /// that the test may fork: a heap that another thread is using cannot be used in the child.
     /// \throws std::runtime_error when there is no socket to be had.
     explicit ScriptedServer(ServerScript script, bool accepting = true);
     ScriptedServer(const ScriptedServer &) = delete;
@@ -119,6 +121,7 @@ private:
     std::mutex mutex_; ///< guards the two below
     std::vector<std::string> requests_;
     std::size_t served_ = 0;
+    std::atomic<bool> started_ = false;
     std::thread thread_;
 };
 
