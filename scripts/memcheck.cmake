@@ -23,5 +23,6 @@ ctest_memcheck(
   RETURN_VALUE failed
   DEFECT_COUNT defects)
 if(failed OR defects)
-  message(FATAL_ERROR "valgrind: ${defects} defects; see build/default/Testing/Temporary")
+  message(FATAL_ERROR "valgrind: ${defects} defects; which tests failed and what was said: "
+    "LastTestsFailed_*.log and the others in build/default/Testing/Temporary")
 endif()

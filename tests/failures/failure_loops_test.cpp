@@ -1,6 +1,6 @@
 // Every scenario with every call failing in turn.
 #include "tests/failures/failure_scenario.h"
-#include "tests/harness/endurance.h"
+#include "tests/harness/valgrind.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

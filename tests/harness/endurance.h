@@ -2,9 +2,9 @@
 /// For tests that do something very often: how often, and what it left on the heap.
 #pragma once
 
+#include "tests/harness/valgrind.h"
+
 #include <cstddef>
-#include <cstdlib>
-#include <cstring>
 #include <optional>
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -21,13 +21,6 @@ extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #elif defined(__GLIBC__)
 #include <malloc.h>
 #endif
-
-/// Whether valgrind runs this, and everything takes thirty times as long.
-inline bool runs_under_valgrind()
-{
-    const char *const preloaded = std::getenv("LD_PRELOAD");
-    return preloaded != nullptr && std::strstr(preloaded, "vgpreload") != nullptr;
-}
 
 /// \return \p often, or \p seldom where everything takes many times longer: with a sanitizer, and
 /// under valgrind.

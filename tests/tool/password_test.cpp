@@ -11,6 +11,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "tests/harness/valgrind.h"
 #include "tests/tool/program_under_test.h"
 
 namespace {
@@ -27,8 +28,13 @@ std::string public_command_line(pid_t process)
 }
 
 #ifdef __linux__
+constexpr char valgrinds_own[] = "the command line and the memory are valgrind's own";
+
 TEST(Password, CannotBeReadOffTheListOfProcesses)
 {
+    if (runs_under_valgrind()) {
+        GTEST_SKIP() << valgrinds_own;
+    }
     const Arguments cases[] = {
         {"-proxy-pass", secret},
         {"--proxy-pass", secret},
@@ -106,6 +112,9 @@ int count_in_memory(pid_t process, std::string_view text)
 // While the reply is written, which may take as long as its reader likes.
 TEST(Password, IsWipedOnceTheExchangeIsOver)
 {
+    if (runs_under_valgrind()) {
+        GTEST_SKIP() << valgrinds_own;
+    }
     Milestone asked;
     ScriptedServer server({collect_request(), asked.step(), stay_silent(),
                            send_bytes(good_reply(std::string(1'000'000, 'x')))});

@@ -3,6 +3,7 @@
 /// is the test's own, and signals end the waits, so that ten seconds of silence take none.
 #include "tests/harness/scripted_server.h"
 #include "tests/harness/set_clock.h"
+#include "tests/harness/valgrind.h"
 #include "tests/web/connected_signal_timer.h"
 #include "tests/web/web_call.h"
 #include "web/web.h"
@@ -164,6 +165,13 @@ WebCall post_of(const std::string &body)
     return call;
 }
 
+/// The milliseconds between two signals. Valgrind looks at the whole body before it sends, and
+/// begins again when a signal comes meanwhile.
+long pause_within_large_post()
+{
+    return runs_under_valgrind() ? 500 : 20;
+}
+
 } // namespace
 
 // Deliberate: a reply that broke off cannot be told from a whole one.
@@ -293,7 +301,8 @@ TEST_F(WebFault, LargePostThatIsNeverReadTimesOut)
         prepare();
         const ScriptedServer server(reply);
         // A signal that finds the client in a send makes a second pass.
-        const ConnectedSignalTimer timer([](int) { pass(1000); }, 20, 20);
+        const long pause = pause_within_large_post();
+        const ConnectedSignalTimer timer([](int) { pass(1000); }, pause, pause);
         const WebOutcome outcome = run_soon(post_of(body), server.port());
         expect_timeout(outcome);
         EXPECT_FALSE(outcome.header.has_value());
@@ -305,7 +314,8 @@ TEST_F(WebFault, LargePostThatIsNeverReadCanBeCancelledFromASignalHandler)
 {
     const std::string body(20000000, 'x');
     const ScriptedServer server({say_that_silence_begins(), stay_silent()});
-    const ConnectedSignalTimer timer(request_cancel, 20, 20);
+    const long pause = pause_within_large_post();
+    const ConnectedSignalTimer timer(request_cancel, pause, pause);
     const WebOutcome outcome = run_soon(post_of(body), server.port());
     EXPECT_EQ(outcome.result, 2);
     EXPECT_FALSE(outcome.header.has_value());

@@ -4,7 +4,7 @@
 // exact name in the table before the names that it abbreviates.
 
 #include "support/options.h"
-#include "tests/harness/endurance.h"
+#include "tests/harness/valgrind.h"
 #include "tests/support/options/arguments.h"
 
 #include <cstddef>

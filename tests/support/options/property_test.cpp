@@ -1,7 +1,7 @@
 // The parser against its model, over random argument vectors, tables and short options.
 
 #include "tests/harness/capture.h"
-#include "tests/harness/endurance.h"
+#include "tests/harness/valgrind.h"
 #include "tests/support/options/arguments.h"
 #include "tests/support/options/comparison.h"
 #include "tests/support/options/model.h"
