@@ -30,11 +30,16 @@ LEFT_OUT = ("web_timeout_tests", "tool_timeout_tests")
 
 def tests_of(file):
     """The folders with the tests of a product file: they mirror the tree, but that what there is
-    for Mac OS X is tested together, with what of the web client stands on it."""
+    for Mac OS X is tested together, with what of the web client stands on it, and what fails call
+    by call is one program."""
     if file.endswith("_macos.cpp"):
         return ["tests/platform"]
-    folder = "tests/" + os.path.dirname(file)
-    return [folder, "tests/platform"] if file.startswith("web/") else [folder]
+    folders = ["tests/" + os.path.dirname(file)]
+    if file.startswith(("support/", "web/")):
+        folders.append("tests/failures")
+    if file.startswith("web/"):
+        folders.append("tests/platform")
+    return folders
 
 
 def programs_of(file, programs):
