@@ -80,8 +80,8 @@ ScriptStep reset_connection();
 class ScriptedServer {
 public:
     /// Listens from here on. With \p accepting false, clients get a connection from the system that
-    /// nobody ever reads. The server's thread leaves the heap alone until the first client comes, so
-    /// that the test may fork: a heap that another thread is using cannot be used in the child.
+    /// nobody ever reads. The server's thread leaves the heap alone until the first client comes,
+    /// so that the test may fork: a heap that another thread is using cannot be used in the child.
     /// \throws std::runtime_error when there is no socket to be had.
     explicit ScriptedServer(ServerScript script, bool accepting = true);
     ScriptedServer(const ScriptedServer &) = delete;

@@ -174,6 +174,7 @@ TEST_F(MainBundlePath, IsTheBufferAlsoWhenThePathDoesNotFit)
         GuardedBuffer tight(size);
         EXPECT_EQ(main_bundle_path(tight.data(), tight.size(), bundle_itself, nullptr),
                   tight.data());
+        EXPECT_EQ(tight.text(), "");
         EXPECT_TRUE(tight.is_guard_intact());
     }
 }
@@ -193,6 +194,7 @@ TEST_F(MainBundlePath, IsTheBufferAlsoWhenTheEncodingLacksACharacter)
     stand_ins.system_encoding = kCFStringEncodingASCII;
     set_main_bundle({"/caf\xc3\xa9", "", "", "", "", {}});
     EXPECT_EQ(path_of_kind(bundle_itself), buffer.data());
+    EXPECT_EQ(buffer.text(), "");
 }
 
 TEST_F(MainBundlePath, LooksForTheBundleAtEveryCall)

@@ -83,6 +83,7 @@ TEST_F(HostBundlePath, IsTheBufferAlsoWhenThePathDoesNotFit)
     load_bundle(host_identifier, host_parts());
     GuardedBuffer tight(sizeof "/Plug-ins/Host.plugin" - 1);
     EXPECT_EQ(host_bundle_path(tight.data(), tight.size()), tight.data());
+    EXPECT_EQ(tight.text(), "");
     EXPECT_TRUE(tight.is_guard_intact());
 }
 

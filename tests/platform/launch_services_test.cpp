@@ -70,11 +70,20 @@ TEST_F(OpenUrl, MakesTheUrlInTheSystemsEncodingWithoutABase)
 
 TEST_F(OpenUrl, OpensNothingWhenTheTextMakesNoUrl)
 {
-    for (const char *const text : {"", " ", "http://a b/", "http://a/%", "http://a/%2", "<a>",
-                                   "http://a/%zz", "http://a/\xff", "http://a/\xc3\xa9"}) {
+    const Texts texts = {"",
+                         " ",
+                         "http://a b/",
+                         "http://a/%",
+                         "http://a/%2",
+                         "<a>",
+                         "http://a/%zz",
+                         "http://a/\xff",
+                         "http://a/\xc3\xa9"};
+    for (const std::string &text : texts) {
         SCOPED_TRACE(text);
         EXPECT_EQ(open_whole_url(text), no_url);
     }
+    EXPECT_EQ(stand_ins.calls_of("CFURLCreateWithBytes").size(), texts.size());
     EXPECT_EQ(stand_ins.opened, Texts{});
 }
 

@@ -182,6 +182,7 @@ ssize_t send(int, const void *bytes, size_t size, int flags)
         return fails_with(network.send_error);
     }
     if (interruptions++ < network.send_interruptions) {
+        network.clock_ms += network.send_interruption_ms;
         return fails_with(EINTR);
     }
     interruptions = 0;

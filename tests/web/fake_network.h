@@ -44,9 +44,10 @@ struct FakeNetwork {
     int lookup_error = 0;                                ///< an h_errno, or 0
     int socket_error = 0;
     int connect_error = 0;
-    int send_error = 0;         ///< of every send
-    int send_error_ms = 1000;   ///< that every failing send takes
-    int send_interruptions = 0; ///< that precede each send that works
+    int send_error = 0;           ///< of every send
+    int send_error_ms = 1000;     ///< that every failing send takes
+    int send_interruptions = 0;   ///< that precede each send that works
+    int send_interruption_ms = 0; ///< that each of them takes
     std::size_t send_at_most = SIZE_MAX;
     std::size_t lost_send = SIZE_MAX; ///< the number of the one send that fails with ENOBUFS
     std::size_t receive_at_most = SIZE_MAX;

@@ -189,6 +189,20 @@ TEST_F(TransactionSends, DeliversTheWholeRequestThroughInterruptedSends)
               request_text("POST / HTTP/1.0", "127.0.0.1", "", "", "all of its bytes"));
 }
 
+TEST_F(TransactionSends, GivesThePeerAnotherTenSecondsForWhatIsLeft)
+{
+    network.send_at_most = 3;
+    network.send_interruptions = 2;
+    network.send_interruption_ms = 4500;
+    network.events = {data("A\r\n\r\nb"), peer_closes()};
+    WebCall call;
+    call.method = "POST";
+    call.body = "all of its bytes";
+    EXPECT_EQ(run(call).result, 0);
+    EXPECT_EQ(network.sent,
+              request_text("POST / HTTP/1.0", "127.0.0.1", "", "", "all of its bytes"));
+}
+
 TEST_F(TransactionSends, DoesNotCareForTheResultsOfSend)
 {
     for (const int error_number : {EPIPE, ECONNRESET, ENOBUFS, EAGAIN}) {

@@ -154,6 +154,10 @@ TEST(DayNumber, DividesTowardsZeroFarBeforeTheJulianPeriod)
     // By hand: a = (14 - 30) / 12 = -1, y = 2001, 1461 x 6801 / 4 = 2484065,
     // 367 x (30 - 12 - 2) / 12 = 489, 3 x 69 / 4 = 51.
     EXPECT_EQ(day_number_from_date(2000, 30, 1), 2484065 + 489 - 51 + 1 - 32075);
+    // By hand: a = 2147483662 / 12 = 178956971, y = -178954971, 1461 x -178950171 / 4 =
+    // -65361549957, 367 x (-2147483648 + 2147483652 - 2) / 12 = 61, 3 x -1789500 / 4 = -1342125,
+    // which is -65360239845 in all, and 68719476736 is the next multiple of 2 to the 32nd.
+    EXPECT_EQ(day_number_from_date(2000, least, 1), -935730405);
 }
 
 TEST(DateFromDayNumber, DividesTowardsZeroFarBeforeTheJulianPeriod)

@@ -159,6 +159,18 @@ TEST(DateTexts, AreLongAndCompact)
     }
 }
 
+TEST(DateTexts, NameNoMonthFarBeforeTheJulianPeriod)
+{
+    // By hand: l = -531306, k = -2125224 / 146097 = -14, l - (-2045355 / 4 = -511338) = -19968,
+    // i = -79868000 / 1461001 = -54, l = -19968 - (-78894 / 4 = -19723) + 31 = -214,
+    // j = -17120 / 2447 = -6, day = -214 - (-14682 / 80 = -183), month = -6 + 2, 100 x -63 - 54.
+    // Two pieces, or "??-" would be a trigraph.
+    EXPECT_EQ(long_form(-599875), "-31-???"
+                                  "--6354");
+    EXPECT_EQ(compact_form(-599875), "-31???"
+                                     "-8354");
+}
+
 TEST(DateTexts, NameEveryMonth)
 {
     for (int month = 1; month <= 12; ++month) {

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <dirent.h>
 #include <gtest/gtest.h>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <sys/stat.h>
@@ -314,6 +315,21 @@ TEST_F(FileWalk, SkipsAPathThatDoesNotFitAndReportsIt)
     EXPECT_EQ(messages[0].first, 8);
     // A message has room for 1023 characters.
     EXPECT_EQ(messages[0].second, ("Path too long: " + one_too_long + "\n").substr(0, 1023));
+}
+
+TEST_F(FileWalk, CallsBackOnceForEachPathThatFitsAmongOnesThatDoNot)
+{
+    const std::string deep = make_directory_of_length(1023 - 4);
+    std::multiset<std::string> fitting;
+    for (char c = 'a'; c <= 'h'; ++c) {
+        fitting.insert(make_file(deep + "/ab" + c));
+        make_file(deep + "/abc" + c);
+    }
+    set_message_hook(collect_message);
+    Texts found;
+    capture_output([&] { found = walk(deep); });
+    EXPECT_EQ(std::multiset<std::string>(found.begin(), found.end()), fitting);
+    EXPECT_EQ(messages.size(), fitting.size());
 }
 
 TEST_F(FileWalk, SkipsEveryPathOfADirectoryThatIsTooLongItself)

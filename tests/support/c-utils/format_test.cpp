@@ -167,11 +167,12 @@ TEST(FormatStringBounded, MeasuresWithANullDestinationOfSizeZero)
     EXPECT_EQ(format_string_bounded(nowhere, 0, "%s-%d", "abc", 1234), 8);
 }
 
-TEST(FormatStringBounded, ReturnsANegativeNumberWhenFormattingFailsAndStillTerminates)
+TEST(FormatStringBounded, ReturnsANegativeNumberAndAnEmptyTextWhenFormattingFails)
 {
     for (const std::size_t size : {1U, 2U, 3U, 20U}) {
         const ExactBuffer destination(size);
         EXPECT_LT(format_string_bounded(destination.data(), size, "ab%lc", unprintable), 0);
+        EXPECT_EQ(destination.bytes()[0], '\0') << size;
         EXPECT_EQ(destination.bytes()[size - 1], '\0') << size;
         EXPECT_TRUE(destination.intact()) << size;
     }

@@ -101,6 +101,7 @@ TEST(ClampFloat, GivesLowBelowLowAndOtherwiseTheSmallerOfXAndHigh)
 TEST(ClampFloat, LooksAtLowFirstWhenTheBoundsAreSwapped)
 {
     EXPECT_EQ(clamp_float(5.0F, 10.0F, 3.0F), 10.0F);
+    EXPECT_EQ(clamp_float(10.0F, 10.0F, 3.0F), 3.0F); // not below low
     EXPECT_EQ(clamp_float(20.0F, 10.0F, 3.0F), 3.0F);
 }
 

@@ -4,6 +4,7 @@
 #include "tests/support/c-utils/latin1_locale.h"
 #include "tests/support/c-utils/parse_float_model.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -206,6 +207,14 @@ TEST(ParseFloat, TakesExponentsBeyondEveryIntegerAsOutOfRange)
         EXPECT_EQ(read(std::string("1e-") + huge), (Reading{1, 0})) << huge;
     }
     EXPECT_EQ(read("1e" + std::string(1000, '0') + "2"), number(100.0F));
+}
+
+TEST(ParseFloat, LeavesErrnoAloneWhereTheExponentIsOutOfRange)
+{
+    errno = ENOENT;
+    const Reading reading = read("1e99999999999999999999");
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(reading, (Reading{1, infinity}));
 }
 
 TEST(ParseFloat, LetsNoExponentMakeANumberNotANumber)

@@ -112,6 +112,16 @@ TEST(Today, IsDefinedForEveryClock)
     }
 }
 
+TEST(Today, IsZeroWhenTheYearCannotBeHeld)
+{
+    using limits = std::numeric_limits<std::time_t>;
+    if (sizeof(std::time_t) == 4) {
+        GTEST_SKIP() << "this system's time ends before";
+    }
+    EXPECT_EQ(today_in("UTC0", limits::max()), "0");
+    EXPECT_EQ(today_in("UTC0", limits::min()), "0");
+}
+
 TEST(Today, GoesOnBeyondTheYear9999)
 {
     if (sizeof(std::time_t) == 4) {

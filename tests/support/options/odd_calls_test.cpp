@@ -24,6 +24,24 @@ TEST_F(OddCall, WithANegativeCountIsAtTheEnd)
     }
 }
 
+TEST_F(OddCall, ReadsNothingBehindTheCount)
+{
+    Arguments args{"prog", "-a", "-b"};
+    EXPECT_EQ(get_options(2, args.vector(), "ab"), 'a');
+    EXPECT_EQ(get_options(2, args.vector(), "ab"), -1);
+    EXPECT_EQ(option_index, 2);
+}
+
+TEST_F(OddCall, TakesNoArgumentFromBehindTheCount)
+{
+    Arguments args{"prog", "-o", "file"};
+    int result = 0;
+    EXPECT_EQ(diagnostics_of([&] { result = get_options(2, args.vector(), "o:"); }),
+              "prog: argument required for option `-o'\n");
+    EXPECT_EQ(result, ':');
+    EXPECT_EQ(option_index, 2);
+}
+
 // Deliberate: only an index of 0 starts a scan. With any other one the position is still the 0 of
 // the beginning, where the element has its dash.
 TEST_F(OddCall, ReadsTheDashAsAnOptionWhereAScanIsBegunAtElementOne)
