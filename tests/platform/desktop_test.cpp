@@ -44,7 +44,8 @@ void expect_error_about(const std::string &target)
 {
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_EQ(messages[0].first, 9);
-    EXPECT_NE(messages[0].second.find(target), std::string::npos) << messages[0].second;
+    const std::string said = "Open of " + target + " failed.";
+    EXPECT_NE(messages[0].second.find(said), std::string::npos) << messages[0].second;
 }
 
 TEST_F(OpenOnDesktop, OpensAFileAndSaysNothing)

@@ -134,7 +134,8 @@ TEST(Interrupt, CancelsTheWaitForTheBody)
     program.process().signal(SIGINT);
     const ProgramResult result = program.finish();
     EXPECT_LT(steady_clock::now() - start, prompt);
-    EXPECT_EQ(result.exit_status, 130) << result.err;
+    EXPECT_EQ(result.exit_status, 130);
+    EXPECT_TRUE(contains(result.err, "User canceled web transaction")) << result.err;
     EXPECT_EQ(directory.read("page"), "old");
     EXPECT_EQ(directory.names(), std::vector<std::string>{"page"});
 }
