@@ -82,6 +82,20 @@ private:
     int waiting_[4] = {-1, -1, -1, -1};
 };
 
+// The signal fails the attempt, which the web client does not take for a cancellation.
+TEST(Interrupt, CancelsTheConnecting)
+{
+    const BusyPort busy;
+    RunningProgram program(corvella_command({"get", busy.url()}));
+    let_it_wait(program);
+    const auto start = steady_clock::now();
+    program.process().signal(SIGINT);
+    const ProgramResult result = program.finish();
+    EXPECT_LT(steady_clock::now() - start, prompt);
+    EXPECT_EQ(result.exit_status, 130);
+    EXPECT_TRUE(contains(result.err, "User canceled web transaction")) << result.err;
+}
+
 TEST(Interrupt, CancelsTheWaitForTheHeader)
 {
     for (const char *const sent : {"", "HTTP/1.0 200 OK\r\nHalf-"}) {
