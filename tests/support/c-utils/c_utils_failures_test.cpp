@@ -318,10 +318,13 @@ FailureScenario today()
     return {"TodayDayNumber",
             {"today_day_number"},
             {Call::Time, Call::Localtime},
-            [] { setenv("TZ", "UTC0", 1); },
+            [] {
+                setenv("TZ", "UTC0", 1);
+                failing_calls.now = 1735689600; // 1 January 2025
+            },
             [] { result = today_day_number(); },
             [] { return std::to_string(result); },
-            "2460263",
+            "2460677", // 16 years and 4 leap days behind 1 January 2009, day 2454833
             [](const Failure &failure) -> std::string {
                 return failure.call == Call::Time ? "2440587" : "0";
             }};
