@@ -40,6 +40,19 @@ void let_it_wait(RunningProgram &program)
     EXPECT_EQ(quiet_looks, 10);
 }
 
+/// Interrupts a program that waits: it ends at once, and says that it was cancelled.
+void expect_cancellation(RunningProgram &program)
+{
+    let_it_wait(program);
+    const auto start = steady_clock::now();
+    program.process().signal(SIGINT);
+    const ProgramResult result = program.finish();
+    EXPECT_LT(steady_clock::now() - start, prompt);
+    EXPECT_EQ(result.exit_status, 130);
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(contains(result.err, "User canceled web transaction")) << result.err;
+}
+
 /// A listening socket whose queue is full, so that a further connection is never made.
 class BusyPort {
 public:
@@ -87,13 +100,7 @@ TEST(Interrupt, CancelsTheConnecting)
 {
     const BusyPort busy;
     RunningProgram program(corvella_command({"get", busy.url()}));
-    let_it_wait(program);
-    const auto start = steady_clock::now();
-    program.process().signal(SIGINT);
-    const ProgramResult result = program.finish();
-    EXPECT_LT(steady_clock::now() - start, prompt);
-    EXPECT_EQ(result.exit_status, 130);
-    EXPECT_TRUE(contains(result.err, "User canceled web transaction")) << result.err;
+    expect_cancellation(program);
 }
 
 TEST(Interrupt, CancelsTheWaitForTheHeader)
@@ -103,14 +110,7 @@ TEST(Interrupt, CancelsTheWaitForTheHeader)
         ScriptedServer server({collect_request(), send_bytes(sent), waiting.step(), stay_silent()});
         RunningProgram program(corvella_command({"get", url_of(server)}));
         ASSERT_TRUE(waiting.wait());
-        let_it_wait(program);
-        const auto start = steady_clock::now();
-        program.process().signal(SIGINT);
-        const ProgramResult result = program.finish();
-        EXPECT_LT(steady_clock::now() - start, prompt);
-        EXPECT_EQ(result.exit_status, 130);
-        EXPECT_EQ(result.out, "");
-        EXPECT_TRUE(contains(result.err, "User canceled web transaction")) << result.err;
+        expect_cancellation(program);
     }
 }
 
@@ -126,9 +126,8 @@ TEST(Interrupt, CancelsEveryCommandThatTalksToTheWeb)
         arguments.insert(arguments.end(), {"-proxy", proxy_of(server)});
         RunningProgram program(corvella_command(arguments));
         ASSERT_TRUE(waiting.wait());
-        let_it_wait(program);
-        program.process().signal(SIGINT);
-        EXPECT_EQ(program.finish().exit_status, 130) << arguments[0];
+        SCOPED_TRACE(arguments[0]);
+        expect_cancellation(program);
     }
 }
 
@@ -143,13 +142,7 @@ TEST(Interrupt, CancelsTheWaitForTheBody)
     RunningProgram program(
         corvella_command({"get", url_of(server), "-output", directory.path("page")}));
     ASSERT_TRUE(waiting.wait());
-    let_it_wait(program);
-    const auto start = steady_clock::now();
-    program.process().signal(SIGINT);
-    const ProgramResult result = program.finish();
-    EXPECT_LT(steady_clock::now() - start, prompt);
-    EXPECT_EQ(result.exit_status, 130);
-    EXPECT_TRUE(contains(result.err, "User canceled web transaction")) << result.err;
+    expect_cancellation(program);
     EXPECT_EQ(directory.read("page"), "old");
     EXPECT_EQ(directory.names(), std::vector<std::string>{"page"});
 }
