@@ -173,6 +173,7 @@ class Worker:
         self.overlay = place / "overlay"
         self.overlay.mkdir(parents=True)
         self.reference = {}  # an object's bytes as this worker compiles the original
+        self.with_mutant = set()  # the programs that were linked with a mutant last
         # The tool's tests look for the program where this worker links it.
         self.own_objects = {}
         for name in build.commands:
