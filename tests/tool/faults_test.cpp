@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/stat.h>
 #include <sys/types.h>
 #include <unistd.h>
 #include <utility>
@@ -129,6 +130,13 @@ TEST_F(OutputFileFault, OfADeviceIsReportedToo)
     EXPECT_EQ(messages, "9: Write of /dev/null failed: Input/output error\n");
 }
 
+TEST_F(OutputFileFault, IsTheFirstOneThatIsReported)
+{
+    failing = "fclose";
+    EXPECT_FALSE(write_output_file("/dev/full", "new"));
+    EXPECT_EQ(messages, "9: Write of /dev/full failed: No space left on device\n");
+}
+
 TEST_F(OutputFileFault, OfALinkThatDoesNotFitReplacesTheLink)
 {
     ASSERT_EQ(symlink("page", directory_.path("link").c_str()), 0);
@@ -136,6 +144,14 @@ TEST_F(OutputFileFault, OfALinkThatDoesNotFitReplacesTheLink)
     EXPECT_TRUE(write_output_file(directory_.path("link").c_str(), "new"));
     EXPECT_EQ(directory_.read("link"), "new");
     EXPECT_EQ(directory_.read("page"), "old");
+}
+
+TEST(OutputFile, LeavesTheCreationMaskAsItIs)
+{
+    const TemporaryDirectory directory;
+    const mode_t usual = umask(027);
+    EXPECT_TRUE(write_output_file(directory.path("page").c_str(), "new"));
+    EXPECT_EQ(umask(usual), 027U);
 }
 
 // Some systems start a program so when whoever starts it gives no arguments at all.

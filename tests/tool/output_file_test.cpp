@@ -145,6 +145,24 @@ TEST(OutputOption, LinksThatLeadNowhereStayAsTheyAre)
     EXPECT_TRUE(is_link(directory.path("b")));
 }
 
+// The system opens the file behind it, but the name of a new file beside that has no room in a
+// path.
+TEST(OutputOption, TheLongestLinkOfAllStaysAsItIs)
+{
+    const TemporaryDirectory directory;
+    directory.write("pages", "old");
+    std::string target = "pages";
+    while (target.size() < 4095) {
+        target.insert(0, "./");
+    }
+    ASSERT_EQ(symlink(target.c_str(), directory.path("link").c_str()), 0);
+    const ProgramResult result = get_into(directory.path("link"), "new");
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_TRUE(contains(result.err, "File name too long")) << result.err;
+    EXPECT_TRUE(is_link(directory.path("link")));
+    EXPECT_EQ(directory.read("pages"), "old");
+}
+
 TEST(OutputOption, LeavesEveryOtherFileAlone)
 {
     const TemporaryDirectory directory;

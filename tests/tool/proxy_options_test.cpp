@@ -34,6 +34,13 @@ TEST(ProxyOptions, UserAndPasswordAreSentTogether)
         << request;
 }
 
+TEST(ProxyOptions, UserAndPasswordMayBeOfOneCharacter)
+{
+    ScriptedServer server(replying(good_reply("from the proxy")));
+    const std::string request = request_through(server, {"-proxy-user", "u", "-proxy-pass", "p"});
+    EXPECT_TRUE(contains(request, "\r\nAuthorization: Basic dTpw\r\n")) << request;
+}
+
 TEST(ProxyOptions, UserOrPasswordAloneIsNotSent)
 {
     const std::vector<std::string> cases[] = {
