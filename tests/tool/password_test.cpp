@@ -13,6 +13,7 @@
 
 #include "tests/harness/valgrind.h"
 #include "tests/tool/program_under_test.h"
+#include "tool/password.h"
 
 namespace {
 
@@ -25,6 +26,16 @@ std::string public_command_line(pid_t process)
 {
     std::ifstream file("/proc/" + std::to_string(process) + "/cmdline", std::ios::binary);
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+TEST(WipedText, IsNulFromItsBeginningToItsEnd)
+{
+    char text[] = "before secret behind";
+    wipe(text + 7, 6);
+    EXPECT_EQ(std::string_view(text, sizeof text - 1),
+              std::string_view("before \0\0\0\0\0\0 behind", sizeof text - 1));
+    wipe(text, 0);
+    EXPECT_EQ(text[0], 'b');
 }
 
 #ifdef __linux__

@@ -90,6 +90,13 @@ std::string good_reply(const std::string &body)
     return "HTTP/1.0 200 OK\r\nContent-Type: text/plain\r\n\r\n" + body;
 }
 
+ProgramResult get_into(const std::string &path, const std::string &body,
+                       const ProgramOptions &options)
+{
+    ScriptedServer server(replying(good_reply(body)));
+    return run_corvella({"get", url_of(server), "-output", path}, options);
+}
+
 std::string only_request(ScriptedServer &server)
 {
     const std::vector<std::string> requests = server.requests();

@@ -43,6 +43,9 @@ private:
 ServerScript replying(const std::string &reply);
 /// A reply of status 200.
 std::string good_reply(const std::string &body);
+/// Runs the program so that it gets a page of this body into the file of -output.
+ProgramResult get_into(const std::string &path, const std::string &body,
+                       const ProgramOptions &options = {});
 /// The one request that \p server received; stops it.
 std::string only_request(ScriptedServer &server);
 /// The part of a request or reply behind the empty line.

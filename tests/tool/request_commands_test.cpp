@@ -57,7 +57,7 @@ TEST(GetCommand, AReplyLargerThanTheMemoryIsAFailureWithoutOutput)
     const ProgramResult result = run_corvella({"get", url_of(server)}, options);
     EXPECT_EQ(result.exit_status, 1) << result.signal;
     EXPECT_EQ(result.out, "");
-    EXPECT_TRUE(contains(result.err, "Error: Out of memory.")) << result.err;
+    EXPECT_EQ(result.err, "Error: Out of memory.\nError: Out of memory.\a\n");
 }
 
 TEST(GetCommand, AsksForTheUrlAsItWasGiven)

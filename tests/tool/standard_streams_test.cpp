@@ -68,6 +68,20 @@ TEST(StandardOutput, ThatIsFullIsAFailure)
     expect_failures_with_output_to(full.descriptor());
 }
 
+TEST(StandardOutput, ThatHasNoRoomForTheHeaderKeepsTheBodyFromItsFile)
+{
+    const FullDevice full;
+    const TemporaryDirectory directory;
+    ScriptedServer server(replying(good_reply("body")));
+    ProgramOptions options;
+    options.out = full.descriptor();
+    const ProgramResult result = run_corvella(
+        {"get", "-header", url_of(server), "-output", directory.path("page")}, options);
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_TRUE(contains(result.err, "Error: Write of standard output failed: ")) << result.err;
+    EXPECT_EQ(directory.names(), std::vector<std::string>{});
+}
+
 TEST(StandardOutput, ThatIsFullIsAFailureOfABodyBeyondEveryBuffer)
 {
     const FullDevice full;

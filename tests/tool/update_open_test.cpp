@@ -60,14 +60,14 @@ TEST(UpdateOpen, RefusesWhatIsNoWebAddress)
 {
     for (const char *const url :
          {"file:///etc/passwd", "/etc/passwd", "ftp://x.test/", "javascript:alert(1)",
-          "mailto:a@x.test", "x.test", "httpx://x.test/", "http:/x.test/", "https:x.test",
+          "mailto:a@x.test", "x", "x.test", "httpx://x.test/", "http:/x.test/", "https:x.test",
           "telnet://http://x.test/"}) {
         const ProgramResult result =
             open_after(good_reply("URL: " + std::string(url) + "\nMessage: There is news.\n"));
         EXPECT_EQ(result.exit_status, 1) << url;
         EXPECT_TRUE(contains(result.out, "There is news.")) << result.out;
         EXPECT_TRUE(contains(result.err, no_web_address)) << url << result.err;
-        EXPECT_TRUE(contains(result.err, url)) << result.err;
+        EXPECT_TRUE(contains(result.err, std::string("'") + url + "'")) << result.err;
         EXPECT_FALSE(contains(result.err, no_service)) << url << result.err;
     }
 }

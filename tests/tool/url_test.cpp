@@ -73,6 +73,19 @@ TEST(UrlHost, WithoutAProtocolIsTaken)
     }
 }
 
+TEST(UrlCharacters, BetweenTheBlankAndDeleteAreTaken)
+{
+    ScriptedServer server(replying(good_reply("body")));
+    for (const char *const url :
+         {"http://web1.test/!", "http://web1.test/~", "http://web1.test/\x80"}) {
+        EXPECT_EQ(request(server, url).exit_status, 0) << url;
+    }
+    for (const char *const url : {"", " ", "http://web1.test/ ", "http://web1.test/\x7f",
+                                  "http://web1.test/\x1f", "http://web1.test/\x01"}) {
+        expect_refusal(url, "A URL has no blanks and no control characters, and is not empty.");
+    }
+}
+
 TEST(UrlProtocol, OtherThanHttpIsARequestThatFails)
 {
     for (const char *const url : {"https://web1.test/", "web1.test:80/", "mailto:a@web1.test",

@@ -110,6 +110,14 @@ TEST(UsageText, BreaksBetweenWordsUnderTheDescription)
         << usage;
 }
 
+// It has 49 characters.
+TEST(UsageText, HasItsFirstLineWholeWhereThatFits)
+{
+    const std::string first = "Usage: corvella COMMAND [OPTION]... [ARGUMENT]...";
+    EXPECT_EQ(lines_of(usage_with_columns("49"))[0], first);
+    EXPECT_EQ(lines_of(usage_with_columns("48"))[0], "Usage: corvella COMMAND [OPTION]...");
+}
+
 TEST(UsageText, IsNeverNarrowerThanFortyColumns)
 {
     const std::string narrowest = usage_with_columns("40");
