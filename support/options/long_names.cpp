@@ -16,7 +16,7 @@ long_name_match match_long_name(const long_option *table, const char *text)
     long_name_match match = {nullptr, nullptr, 0};
     for (const long_option *record = table; record->name != nullptr; ++record) {
         std::size_t length = 0;
-        while (!ends_name(text[length]) && record->name[length] == text[length]) {
+        while (record->name[length] == text[length] && !ends_name(text[length])) {
             ++length;
         }
         if (!ends_name(text[length])) {
