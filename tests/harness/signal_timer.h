@@ -25,6 +25,9 @@ public:
     {
         const itimerval off = {};
         setitimer(ITIMER_REAL, &off, nullptr);
+        // What came before and was not delivered yet is dropped: the former action may end the
+        // process.
+        std::signal(SIGALRM, SIG_IGN);
         sigaction(SIGALRM, &before_, nullptr);
     }
 
