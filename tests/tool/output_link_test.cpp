@@ -1,5 +1,6 @@
 /// \file
 /// What -output makes of a link.
+#include <climits>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -79,7 +80,7 @@ TEST(OutputLink, ThatIsTheLongestOfAllStaysAsItIs)
     const TemporaryDirectory directory;
     directory.write("pages", "old");
     std::string target = "pages";
-    while (target.size() < 4095) {
+    while (target.size() < PATH_MAX - 1) {
         target.insert(0, "./");
     }
     ASSERT_EQ(symlink(target.c_str(), directory.path("link").c_str()), 0);

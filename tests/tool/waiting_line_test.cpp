@@ -1,3 +1,5 @@
+/// \file
+/// The line that shows on a terminal how long the program has been waiting.
 #include "tests/harness/terminal.h"
 
 #include <algorithm>
