@@ -17,7 +17,7 @@ endif()
 ctest_start(Experimental QUIET)
 ctest_memcheck(
   INCLUDE "${CORVELLA_MEMCHECK_ONLY}"
-  EXCLUDE "^(checks|docs|mutation|package|scripts)\\.|^tool_lists$|^web\\.reliability_table$"
+  EXCLUDE "^(checks|docs|package|scripts)\\.|^tool_lists$|^web\\.reliability_table$"
   EXCLUDE_LABEL "^(slow|package|no_valgrind)$"
   PARALLEL_LEVEL ${processors}
   RETURN_VALUE failed
