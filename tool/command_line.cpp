@@ -7,23 +7,14 @@
 #include "support/c-utils.h"
 #include "support/error.h"
 #include "support/options.h"
+#include "tool/command_line_checks.h"
 #include "tool/option_table.h"
 #include "tool/output.h"
 #include "tool/password.h"
 #include "tool/terminal.h"
-#include "tool/url.h"
 #include "tool/usage_text.h"
 
 namespace {
-
-/// What is read beside the command line's record.
-struct given_options {
-    const char *proxy; ///< the arguments of the proxy's options; null where one was not given
-    const char *user;
-    bool has_password;
-    char password[sizeof ProxySettings::password];
-    std::vector<option_meaning> options; ///< all that were given
-};
 
 /// Where the argument of an option goes that is no more than remembered; null for the others.
 const char **place_of_argument(command_line &line, given_options &given, int code)
@@ -32,7 +23,15 @@ const char **place_of_argument(command_line &line, given_options &given, int cod
     case OPTION_PROXY:
         return &given.proxy;
     case OPTION_PROXY_USER:
+        return &given.proxy_user;
+    case OPTION_USER:
         return &given.user;
+    case OPTION_MAX_TIME:
+        return &given.max_time;
+    case OPTION_DATA:
+        return &line.data;
+    case OPTION_TYPE:
+        return &line.type;
     case OPTION_OUTPUT:
         return &line.output;
     case OPTION_PRODUCT:
@@ -62,6 +61,10 @@ bool *place_of_switch(command_line &line, int code)
     switch (code) {
     case OPTION_HEADER:
         return &line.show_header;
+    case OPTION_KEEP_PARTIAL:
+        return &line.keep_partial;
+    case OPTION_KEEP_BODY:
+        return &line.keep_body;
     case OPTION_AUTOMATED:
         return &line.automated;
     case OPTION_QUIET:
@@ -79,12 +82,24 @@ bool *place_of_switch(command_line &line, int code)
     }
 }
 
-/// Copies the password and blanks it where the system shows it.
-void take_password(given_options &given, char *argument)
+/// \return where the password of an option goes; null for the others.
+given_secret *place_of_secret(given_options &given, int code)
 {
-    given.has_password = true;
-    copy_string_bounded(given.password, argument, sizeof given.password);
-    std::memset(argument, '*', std::strlen(argument));
+    if (code == OPTION_PROXY_PASS) {
+        return &given.proxy_pass;
+    }
+    return code == OPTION_PASS ? &given.pass : nullptr;
+}
+
+/// Copies the password and blanks it where the system shows it.
+void take_secret(given_secret &secret, char *argument)
+{
+    const std::size_t length = std::strlen(argument);
+    secret.given = true;
+    secret.on_input = std::strcmp(argument, "-") == 0;
+    secret.too_long = length >= sizeof secret.text;
+    copy_string_bounded(secret.text, argument, sizeof secret.text);
+    std::memset(argument, '*', length);
 }
 
 /// \return false for an option that the parser has already complained of.
@@ -94,8 +109,8 @@ bool take_option(command_line &line, given_options &given, int code)
         *argument = option_argument;
     } else if (bool *const place = place_of_switch(line, code)) {
         *place = true;
-    } else if (code == OPTION_PROXY_PASS) {
-        take_password(given, option_argument);
+    } else if (given_secret *const secret = place_of_secret(given, code)) {
+        take_secret(*secret, option_argument);
     } else {
         return false;
     }
@@ -135,27 +150,6 @@ bool read_options(int count, char **vector, command_line &line, given_options &g
     return true;
 }
 
-/// Fills the settings. \return false when the proxy's option is invalid.
-bool take_proxy(command_line &line, const given_options &given)
-{
-    const int result = fill_proxy_settings(&line.proxy, given.proxy, given.user,
-                                           given.has_password ? given.password : nullptr);
-    const std::int32_t port = line.proxy.proxy_port;
-    return result == 0 && (given.proxy == nullptr || (port >= 1 && port <= greatest_port));
-}
-
-/// \return false, after a complaint, when an option does not go with the command.
-bool check_places(const command_line &line, const given_options &given)
-{
-    for (const option_meaning option : given.options) {
-        if (const char *const name = misplaced_option(option, line.command)) {
-            complain_of_usage(std::string("-") + name + " does not go with " + line.command + ".");
-            return false;
-        }
-    }
-    return true;
-}
-
 /// The work of read_command_line(), which looks after \p given.
 bool read_given(int count, char **vector, command_line &line, given_options &given)
 {
@@ -166,16 +160,7 @@ bool read_given(int count, char **vector, command_line &line, given_options &giv
     if (line.automated) {
         frame_output();
     }
-    if (!take_proxy(line, given)) {
-        complain_of_usage("-proxy takes host:port, with a port from 1 to 65535.");
-        return false;
-    }
-    if (line.quiet && line.verbose) {
-        complain_of_usage("-quiet and -verbose exclude each other.");
-        return false;
-    }
-    return line.show_help || line.command == nullptr ||
-           meaning_of_command(line.command) == NO_COMMAND || check_places(line, given);
+    return check_options(line, given);
 }
 
 } // namespace
@@ -188,7 +173,8 @@ bool read_command_line(int count, char **vector, command_line &line)
     }
     given_options given = {};
     const bool valid = read_given(count, vector, line, given);
-    wipe(given.password, sizeof given.password);
+    wipe(given.proxy_pass.text, sizeof given.proxy_pass.text);
+    wipe(given.pass.text, sizeof given.pass.text);
     return valid;
 }
 

@@ -31,8 +31,14 @@ struct command_line {
     bool quiet;
     bool verbose;
     const char *output; ///< a file's path, or null
+    bool keep_partial;
+    bool keep_body;
+    const char *data; ///< what post sends instead of fields: a file's path, "-", or null
+    const char *type; ///< the media type of \c data, or null
+    double max_time;  ///< in seconds; 0 for no limit
     update_options update;
-    ProxySettings proxy;
+    bool reads_password; ///< obtain_password() fills in the one of \c proxy
+    ProxySettings proxy; ///< its user and password are those of -user and -pass where given
 };
 
 /// Reads the arguments; complains to standard error of what cannot be read.

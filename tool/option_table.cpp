@@ -13,6 +13,9 @@ constexpr program_option web_options[] = {
      "  -proxy-user\t\tUsername for proxy authentication."},
     {"proxy-pass", "password", OPTION_PROXY_PASS, "Password for the proxy that -proxy names.",
      "  -proxy-pass\t\tPassword for proxy authentication."},
+    {"user", "NAME", OPTION_USER, "Username for the web server."},
+    {"pass", "PASSWORD", OPTION_PASS, "Its password; - reads standard input."},
+    {"max-time", "SECONDS", OPTION_MAX_TIME, "Limit the time of the whole exchange."},
     {"quiet", nullptr, OPTION_QUIET, "Show errors only, not how long the wait is."},
 };
 
@@ -20,6 +23,13 @@ constexpr program_option request_options[] = {
     {"output", "FILE", OPTION_OUTPUT, "Write the reply's body to a file."},
     {"header", nullptr, OPTION_HEADER, "Print the reply's header too."},
     {"verbose", nullptr, OPTION_VERBOSE, "Show the request, the reply's header and the time."},
+    {"keep-partial", nullptr, OPTION_KEEP_PARTIAL, "Keep the part of an incomplete body."},
+    {"keep-body", nullptr, OPTION_KEEP_BODY, "Keep the body of an error reply."},
+};
+
+constexpr program_option post_options[] = {
+    {"data", "FILE", OPTION_DATA, "Post a file unchanged; - reads standard input."},
+    {"type", "TYPE", OPTION_TYPE, "The media type of -data."},
 };
 
 constexpr program_option update_options[] = {
@@ -82,6 +92,7 @@ const std::vector<option_group> &option_groups()
     static const std::vector<option_group> groups = {
         group_of("Options of get, post and update", {"get", "post", "update"}, web_options),
         group_of("Options of get and post", {"get", "post"}, request_options),
+        group_of("Options of post", {"post"}, post_options),
         group_of("Options of update", {"update"}, update_options),
         group_of("General options", {}, general_options),
     };

@@ -9,6 +9,7 @@
 #include "tool/exchange.h"
 #include "tool/output.h"
 #include "tool/output_file.h"
+#include "tool/password.h"
 #include "tool/timing.h"
 #include "tool/url.h"
 #include "tool/waiting_line.h"
@@ -60,6 +61,9 @@ exit_status exchange(command_line &line, const char *method, const std::vector<F
     // Given back on every way out, an exception included.
     const std::unique_ptr<char *, void (*)(char **)> header_owner(&header, free_text);
     const std::unique_ptr<char *, void (*)(char **)> body_owner(&body, free_text);
+    if (!obtain_password(line)) {
+        return EXIT_FAILED;
+    }
     const proxy_arguments proxy = proxy_arguments_of(line.proxy);
 
     if (line.verbose) {

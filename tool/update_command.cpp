@@ -8,6 +8,7 @@
 #include "tool/desktop.h"
 #include "tool/exchange.h"
 #include "tool/output.h"
+#include "tool/password.h"
 
 namespace {
 
@@ -119,6 +120,9 @@ exit_status update_command(command_line &line)
     }
     if (!check_options(line.update, version)) {
         return EXIT_USAGE;
+    }
+    if (!obtain_password(line)) {
+        return EXIT_FAILED;
     }
     static update_reply_texts reply; // too large for the stack of a small thread
     begin_exchange(line);

@@ -37,10 +37,11 @@ TEST(OptionTable, KnowsTheCommandsByTheirWholeNames)
 
 TEST(OptionTable, HasTheOptionsOfEachCommandInTheirOrder)
 {
-    const std::string web = "proxy= proxy-user= proxy-pass= quiet ";
-    const std::string request = web + "output= header verbose automated help version ";
-    EXPECT_EQ(names_of(options_of("get")), request);
-    EXPECT_EQ(names_of(options_of("post")), request);
+    const std::string web = "proxy= proxy-user= proxy-pass= user= pass= max-time= quiet ";
+    const std::string request = web + "output= header verbose keep-partial keep-body ";
+    const std::string general = "automated help version ";
+    EXPECT_EQ(names_of(options_of("get")), request + general);
+    EXPECT_EQ(names_of(options_of("post")), request + "data= type= " + general);
     EXPECT_EQ(names_of(options_of("update")),
               web + "product= productline= version= version-name= os= os-version= machine-id= "
                     "arch= open automated help ");
