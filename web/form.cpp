@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr percent_table form_codes = make_percent_table("", "0123456789abcdef");
+constexpr corvella::percent_table form_codes = corvella::make_percent_table("", "0123456789abcdef");
 
 // A name or value within a form's body.
 constexpr std::int64_t body_text_stop = 1023;
@@ -24,7 +24,7 @@ char *escape(char *destination, const char *source, std::int64_t stop, std::int6
     char *out = destination;
     std::int64_t count = 0;
     for (; *source != '\0' && count < stop; ++source) {
-        const percent_code &code = form_codes[static_cast<unsigned char>(*source)];
+        const corvella::percent_code &code = form_codes[static_cast<unsigned char>(*source)];
         if (code.length > 1 && count > refusal) {
             ++out; // deliberate: the byte that stands there stays, as the last one of the text
             break;
@@ -42,7 +42,7 @@ char *escape(char *destination, const char *source, std::int64_t stop, std::int6
 
 char *form_escape(char *destination, const char *source)
 {
-    copy_percent_coded(destination, source, form_codes);
+    corvella::copy_percent_coded(destination, source, form_codes);
     return destination;
 }
 

@@ -18,7 +18,7 @@ int fill_proxy_settings(ProxySettings *settings, const char *proxy_option, const
     if (colon == nullptr) {
         return -1;
     }
-    settings->proxy_port = decimal_or_zero(colon + 1);
+    settings->proxy_port = corvella::decimal_or_zero(colon + 1);
     if (settings->proxy_port == 0) {
         return -1;
     }

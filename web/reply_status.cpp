@@ -25,14 +25,14 @@ struct status_line {
 bool read_status_line(const char *cursor, status_line &status)
 {
     std::int32_t version;
-    if (!scan_decimal(cursor, version) || *cursor != '.') {
+    if (!corvella::scan_decimal(cursor, version) || *cursor != '.') {
         return false;
     }
     ++cursor;
-    if (!scan_decimal(cursor, version) || !scan_decimal(cursor, status.code)) {
+    if (!corvella::scan_decimal(cursor, version) || !corvella::scan_decimal(cursor, status.code)) {
         return false;
     }
-    cursor = skip_white_space(cursor);
+    cursor = corvella::skip_white_space(cursor);
     const std::size_t length = std::strcspn(cursor, "\r\n");
     copy_string_bounded(status.reason, cursor, std::min(length + 1, sizeof status.reason));
     return length > 0;

@@ -21,14 +21,14 @@ struct url_parts {
 std::string upper_case(std::string text)
 {
     for (char &c : text) {
-        c = to_upper(c);
+        c = corvella::to_upper(c);
     }
     return text;
 }
 
 bool belongs_to_host(char c)
 {
-    return is_ascii_alphanumeric(c) || c == '-' || c == '.' || c == ':';
+    return corvella::is_ascii_alphanumeric(c) || c == '-' || c == '.' || c == ':';
 }
 
 /// Takes the scheme off \p rest, "HTTP" when it has none.
@@ -57,7 +57,8 @@ url_parts split_url(const char *url)
     parts.port = default_port;
     const std::size_t colon = parts.host.find(':');
     if (colon != std::string::npos) {
-        parts.port = static_cast<std::uint16_t>(decimal_or_zero(parts.host.c_str() + colon + 1));
+        parts.port =
+            static_cast<std::uint16_t>(corvella::decimal_or_zero(parts.host.c_str() + colon + 1));
         parts.host.erase(colon);
     }
     return parts;

@@ -72,7 +72,7 @@ int month_from_name(char *text)
         if (text[i] == '\0') {
             return 0;
         }
-        text[i] = to_lower(text[i]);
+        text[i] = corvella::to_lower(text[i]);
     }
     for (int month = 1; month <= 12; ++month) {
         if (std::memcmp(text, month_names[month], month_name_length) == 0) {
@@ -132,7 +132,7 @@ int parse_date(const char *text, std::int32_t *day_number)
 {
     const char *cursor = text;
     std::int32_t day;
-    if (!scan_decimal(cursor, day) || day < 1 || day > 31) {
+    if (!corvella::scan_decimal(cursor, day) || day < 1 || day > 31) {
         return -1;
     }
     char month_text[month_name_length + 1];
@@ -143,7 +143,7 @@ int parse_date(const char *text, std::int32_t *day_number)
     }
     cursor += month_name_length;
     std::int32_t year;
-    if (!scan_decimal(cursor, year)) {
+    if (!corvella::scan_decimal(cursor, year)) {
         return -1;
     }
     if (year < 2000) {

@@ -6,6 +6,8 @@
 
 #include <cctype>
 
+namespace corvella {
+
 inline bool is_space(char c)
 {
     return std::isspace(static_cast<unsigned char>(c)) != 0;
@@ -51,3 +53,5 @@ inline const char *skip_white_space(const char *text)
     }
     return text;
 }
+
+} // namespace corvella

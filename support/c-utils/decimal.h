@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+namespace corvella {
+
 /// Reads white space, a sign and digits at \p cursor and moves it behind them.
 /// \return whether a digit was read; if not, neither argument is changed.
 inline bool scan_decimal(const char *&cursor, std::int32_t &value)
@@ -32,3 +34,5 @@ inline std::int32_t decimal_or_zero(const char *text)
     scan_decimal(text, value);
     return value;
 }
+
+} // namespace corvella

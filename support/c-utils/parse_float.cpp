@@ -43,12 +43,13 @@ float_reading read_unsigned(const char *text)
 {
     float_reading reading = {0.0f, 1.0f, false, false};
     for (; *text != '\0'; ++text) {
-        if (is_digit(*text)) {
+        if (corvella::is_digit(*text)) {
             take_digit(reading, *text);
         } else if (*text == '.' && !reading.fraction) {
             reading.fraction = true;
         } else if (*text == 'e' || *text == 'E') {
-            reading.value = scaled_by_power_of_ten(reading.value, decimal_or_zero(text + 1));
+            reading.value =
+                scaled_by_power_of_ten(reading.value, corvella::decimal_or_zero(text + 1));
             break;
         } else {
             break;
@@ -61,7 +62,7 @@ float_reading read_unsigned(const char *text)
 
 int parse_float(const char *text, float *result)
 {
-    text = skip_white_space(text);
+    text = corvella::skip_white_space(text);
     const bool negative = *text == '-';
     if (negative || *text == '+') {
         ++text;

@@ -8,6 +8,8 @@
 
 #include "support/c-utils/characters.h"
 
+namespace corvella {
+
 /// What a byte becomes: itself, or "%" and two digits.
 struct percent_code {
     char text[3];
@@ -57,3 +59,5 @@ inline void copy_percent_coded(char *out, const char *source, const percent_tabl
     }
     *out = '\0';
 }
+
+} // namespace corvella

@@ -36,7 +36,7 @@ char *normalize_spaces_in_place(char *text)
 {
     std::size_t length = 0;
     for (const char *in = text; *in != '\0'; ++in) {
-        if (!is_space(*in)) {
+        if (!corvella::is_space(*in)) {
             text[length++] = *in;
         } else if (takes_a_space(text, length)) {
             text[length++] = ' ';

@@ -6,7 +6,7 @@ namespace {
 
 bool is_identifier_character(char c)
 {
-    return is_alphanumeric(c) || c == '_';
+    return corvella::is_alphanumeric(c) || c == '_';
 }
 
 /// Copies each character as \p change makes it.
@@ -37,12 +37,12 @@ template <typename Keep> char *copy_kept(const char *source, char *destination, 
 
 void string_to_lower(const char *source, char *destination)
 {
-    copy_changed(source, destination, to_lower);
+    copy_changed(source, destination, corvella::to_lower);
 }
 
 char *string_to_upper(const char *source, char *destination)
 {
-    return copy_changed(source, destination, to_upper);
+    return copy_changed(source, destination, corvella::to_upper);
 }
 
 char *remove_blanks_and_underscores(const char *source, char *destination)
@@ -102,7 +102,7 @@ char *underscores_to_camel_case(const char *source, char *destination)
         if (*source == '_') {
             word_starts = true;
         } else {
-            *out++ = word_starts ? to_upper(*source) : *source;
+            *out++ = word_starts ? corvella::to_upper(*source) : *source;
             word_starts = false;
         }
     }

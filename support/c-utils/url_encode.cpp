@@ -4,12 +4,13 @@
 
 namespace {
 
-constexpr percent_table url_codes = make_percent_table("$-_.+!*(),", "0123456789ABCDEF");
+constexpr corvella::percent_table url_codes =
+    corvella::make_percent_table("$-_.+!*(),", "0123456789ABCDEF");
 
 } // namespace
 
 char *url_encode(const char *source, char *destination)
 {
-    copy_percent_coded(destination, source, url_codes);
+    corvella::copy_percent_coded(destination, source, url_codes);
     return destination;
 }

@@ -15,7 +15,7 @@ bool separates_names(char c)
 
 bool ends_word(char c)
 {
-    return c == '\0' || is_space(c);
+    return c == '\0' || corvella::is_space(c);
 }
 
 } // namespace
@@ -27,7 +27,7 @@ char *last_word_of_name(const char *source, char *destination)
         if (c == source) {
             continue; // the first character starts no word but the whole
         }
-        if (is_upper(*c)) {
+        if (corvella::is_upper(*c)) {
             start = c;
         } else if (separates_names(*c)) {
             start = c + 1;
@@ -41,7 +41,7 @@ char *first_word_of_name(const char *source, char *destination)
 {
     std::size_t length = source[0] == '\0' ? 0 : 1;
     while (source[length] != '\0' && !separates_names(source[length]) &&
-           !is_upper(source[length])) {
+           !corvella::is_upper(source[length])) {
         ++length;
     }
     std::memmove(destination, source, length);

@@ -16,7 +16,7 @@ constexpr position no_break = -1;
 position last_space(const char *text, position from, position above)
 {
     for (position i = from; i > above; --i) {
-        if (is_space(text[i])) {
+        if (corvella::is_space(text[i])) {
             return i;
         }
     }
@@ -26,7 +26,7 @@ position last_space(const char *text, position from, position above)
 position first_space(const char *text, position from, position length)
 {
     for (position i = from; i < length; ++i) {
-        if (is_space(text[i])) {
+        if (corvella::is_space(text[i])) {
             return i;
         }
     }
@@ -38,7 +38,7 @@ position first_space(const char *text, position from, position length)
 position break_line(char *text, position length, position at, position indent)
 {
     position rest = at + 1;
-    while (is_space(text[rest])) {
+    while (corvella::is_space(text[rest])) {
         ++rest;
     }
     char *const line = text + at + 1;

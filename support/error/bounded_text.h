@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <cstring>
 
+namespace corvella {
+
 /// Bytes in a caller's buffer; not terminated until end_text().
 struct bounded_text {
     char *bytes;
@@ -50,3 +52,5 @@ inline std::size_t length_without_trailing(const char *text, const char *charact
     }
     return length;
 }
+
+} // namespace corvella

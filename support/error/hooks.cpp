@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "support/error/hooks_in_force.h"
+#include "support/error/internal.h"
 #include "support/error/message_line.h"
 
 namespace {
@@ -26,12 +26,12 @@ MessageHook set_message_hook(MessageHook hook)
     return std::exchange(message_hook, hook != nullptr ? hook : default_message_hook);
 }
 
-int call_output_hook(const char *text, const char *tag)
+int corvella::call_output_hook(const char *text, const char *tag)
 {
     return output_hook(text, tag);
 }
 
-int call_message_hook(int level, const char *text)
+int corvella::call_message_hook(int level, const char *text)
 {
     return message_hook(level, text);
 }
@@ -43,8 +43,9 @@ int default_output_hook(const char *text, const char *)
 
 int default_message_hook(int level, const char *text)
 {
-    char line[HOOK_LINE_SIZE];
-    int length = compose_message_line(level, text, HOOK_TEXT_LIMIT, line, HOOK_LINE_SIZE - 1);
+    char line[corvella::HOOK_LINE_SIZE];
+    int length = corvella::compose_message_line(level, text, corvella::HOOK_TEXT_LIMIT, line,
+                                                corvella::HOOK_LINE_SIZE - 1);
     line[length++] = '\n';
     std::fwrite(line, 1, static_cast<std::size_t>(length), stderr);
     const int result = std::fflush(stderr);
@@ -62,8 +63,9 @@ int test_output_hook(const char *text, const char *tag)
 
 int test_message_hook(int level, const char *text)
 {
-    char line[HOOK_LINE_SIZE];
-    compose_message_line(level, text, HOOK_TEXT_LIMIT, line, HOOK_LINE_SIZE);
+    char line[corvella::HOOK_LINE_SIZE];
+    corvella::compose_message_line(level, text, corvella::HOOK_TEXT_LIMIT, line,
+                                   corvella::HOOK_LINE_SIZE);
     std::printf("CORVELLATEST%s\nENDCORVELLATEST\n", line);
     return std::fflush(stdout);
 }

@@ -6,6 +6,8 @@
 #include "support/error/bounded_text.h"
 #include "support/error/messages.h"
 
+namespace corvella {
+
 namespace {
 
 enum class bell_place { none, before, after };
@@ -61,8 +63,11 @@ int compose_message_line(int level, const char *text, int text_limit, char *buff
     return static_cast<int>(line.length);
 }
 
+} // namespace corvella
+
 int format_message_line(int level, const char *text, char *buffer, int buffer_size)
 {
-    const int text_limit = buffer_size > LINE_OVERHEAD ? buffer_size - LINE_OVERHEAD : 0;
-    return compose_message_line(level, text, text_limit, buffer, buffer_size);
+    const int text_limit =
+        buffer_size > corvella::LINE_OVERHEAD ? buffer_size - corvella::LINE_OVERHEAD : 0;
+    return corvella::compose_message_line(level, text, text_limit, buffer, buffer_size);
 }

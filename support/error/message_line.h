@@ -2,6 +2,8 @@
 /// The labels of the message levels and the line that the hooks print. Internal to the facility.
 #pragma once
 
+namespace corvella {
+
 /// \return \p level when it is 0 to 10, otherwise 8.
 int known_message_level(int level);
 
@@ -23,3 +25,5 @@ static_assert(HOOK_TEXT_LIMIT == 1003, "the limit that callers are told");
 /// nothing. \return the number of characters stored.
 int compose_message_line(int level, const char *text, int text_limit, char *buffer,
                          int buffer_size);
+
+} // namespace corvella

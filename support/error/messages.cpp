@@ -4,9 +4,8 @@
 #include <cstdio>
 
 #include "support/error/bounded_text.h"
-#include "support/error/hooks_in_force.h"
+#include "support/error/internal.h"
 #include "support/error/message_line.h"
-#include "support/error/print_text.h"
 #include "support/error/recorder.h"
 
 namespace {
@@ -19,8 +18,8 @@ std::uint32_t reported_messages = 0;
 /// a label keep the colon.
 void compose_printed_line(int level, const char *text, char (&buffer)[message_size])
 {
-    bounded_text line = {buffer, message_size - 1, 0};
-    append_text(line, message_label(level));
+    corvella::bounded_text line = {buffer, message_size - 1, 0};
+    append_text(line, corvella::message_label(level));
     append_text(line, ": ");
     append_text(line, text);
     append_text(line, "\n");
@@ -31,7 +30,7 @@ void compose_printed_line(int level, const char *text, char (&buffer)[message_si
 
 int report_message(int level, const char *format, ...)
 {
-    level = known_message_level(level);
+    level = corvella::known_message_level(level);
 
     char text[message_size];
     text[0] = '\0';
@@ -42,11 +41,11 @@ int report_message(int level, const char *format, ...)
 
     char line[message_size];
     compose_printed_line(level, text, line);
-    print_text(line);
+    corvella::print_text(line);
     int result = record_timestamped_line(line);
     // Deliberately the message is shown a second time: the hook forms its own line.
     if (level > 0) {
-        result = call_message_hook(level, text);
+        result = corvella::call_message_hook(level, text);
     }
     ++reported_messages;
     return result;
@@ -58,7 +57,7 @@ void write_raw_message(const char *text, const char *tag)
         return;
     }
     record_timestamped_line(text);
-    call_output_hook(text, tag);
+    corvella::call_output_hook(text, tag);
 }
 
 std::int32_t message_count()

@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "support/error/bounded_text.h"
-#include "support/error/print_text.h"
+#include "support/error/internal.h"
 
 namespace {
 
@@ -23,7 +23,7 @@ std::size_t text_limit()
 }
 
 /// A newline at the very end starts no line, so it gets no dots behind it.
-void append_indented(bounded_text &output, const char *text, std::size_t length)
+void append_indented(corvella::bounded_text &output, const char *text, std::size_t length)
 {
     const char *const end = text + length;
     do {
@@ -47,14 +47,14 @@ int write_and_flush(const char *bytes, std::size_t count)
 
 } // namespace
 
-int print_text(const char *text)
+int corvella::print_text(const char *text)
 {
     const std::size_t length = std::min(std::strlen(text), text_limit());
     if (print_indent == 0) {
         return write_and_flush(text, length);
     }
     char buffer[print_size];
-    bounded_text output = {buffer, sizeof buffer, 0};
+    corvella::bounded_text output = {buffer, sizeof buffer, 0};
     append_indented(output, text, length);
     return write_and_flush(output.bytes, output.length);
 }
@@ -67,7 +67,7 @@ int print_indented(const char *format, ...)
     va_start(arguments, format);
     std::vsnprintf(text, text_limit() + 1, format, arguments);
     va_end(arguments);
-    return print_text(text);
+    return corvella::print_text(text);
 }
 
 void set_print_stream(std::FILE *stream)

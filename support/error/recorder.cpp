@@ -5,11 +5,13 @@
 #include <ctime>
 
 #include "support/error/bounded_text.h"
-#include "support/error/recorder_state.h"
+#include "support/error/internal.h"
+
+corvella::recorder_state corvella::recorder = {0.0, 0};
 
 namespace {
 
-recorder_state recorder = {0.0, 0};
+using corvella::recorder;
 
 constexpr double burst_gap_seconds = 60.0;
 constexpr std::size_t text_limit = 4056;
@@ -43,21 +45,17 @@ const char *local_time_text(std::time_t now)
 
 } // namespace
 
-recorder_state &time_stamp_recorder()
-{
-    return recorder;
-}
-
 int record_timestamped_line(const char *text)
 {
     const std::time_t now = std::time(nullptr);
     count_line(now);
 
     char buffer[record_size];
-    bounded_text record = {buffer, sizeof buffer - 1, 0};
+    corvella::bounded_text record = {buffer, sizeof buffer - 1, 0};
     append_bytes(record, local_time_text(now), time_length);
     append_text(record, ": ");
-    append_bytes(record, text, std::min(length_without_trailing(text, "\r\n"), text_limit));
+    append_bytes(record, text,
+                 std::min(corvella::length_without_trailing(text, "\r\n"), text_limit));
     append_text(record, "\n");
     end_text(record);
     return static_cast<int>(record.length) - 1;

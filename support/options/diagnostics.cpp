@@ -4,6 +4,8 @@
 
 #include "support/options.h"
 
+namespace corvella {
+
 void complain_ambiguous(const char *program, const char *element, const char *first,
                         const char *second)
 {
@@ -33,3 +35,5 @@ void complain_missing_argument(const char *program, const char *name)
         std::fprintf(stderr, "%s: argument required for option `--%s'\n", program, name);
     }
 }
+
+} // namespace corvella

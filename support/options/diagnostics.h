@@ -3,6 +3,8 @@
 /// 0. Internal to the option parser.
 #pragma once
 
+namespace corvella {
+
 /// \p element is the whole element as typed; the names are of the two long options it may mean.
 void complain_ambiguous(const char *program, const char *element, const char *first,
                         const char *second);
@@ -15,3 +17,5 @@ void complain_missing_argument(const char *program, char character);
 
 /// A long option without its argument.
 void complain_missing_argument(const char *program, const char *name);
+
+} // namespace corvella

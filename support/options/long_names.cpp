@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+namespace corvella {
+
 namespace {
 
 bool ends_name(char c)
@@ -35,3 +37,5 @@ long_name_match match_long_name(const long_option *table, const char *text)
     }
     return match;
 }
+
+} // namespace corvella

@@ -2,6 +2,8 @@
 
 #include "support/c-utils/characters.h"
 
+namespace corvella {
+
 namespace {
 
 /// Lower-cases an ASCII letter, in every locale.
@@ -106,3 +108,5 @@ bool reads_as_number(const char *text)
     const char *const end = skip_unsigned_number(skip_sign(skip_white_space(text)));
     return end != nullptr && *skip_white_space(end) == '\0';
 }
+
+} // namespace corvella

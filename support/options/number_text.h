@@ -4,6 +4,8 @@
 
 #include "support/c-utils/characters.h"
 
+namespace corvella {
+
 /// Whether \p text, but for white space at either end, is a floating-point number in any form that
 /// scanf's "%f" reads (ISO C): with a sign, an exponent, hexadecimal, infinite or not a number.
 /// The point is "." in every locale.
@@ -15,3 +17,5 @@ inline bool may_begin_number(char c)
 {
     return is_digit(c) || c == '.' || c == 'i' || c == 'I' || c == 'n' || c == 'N';
 }
+
+} // namespace corvella

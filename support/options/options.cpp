@@ -79,7 +79,7 @@ bool is_operand(const char *element, bool long_only)
         return false;
     }
     return element[0] != '-' || element[1] == '\0' ||
-           (may_begin_number(element[1]) && reads_as_number(element));
+           (corvella::may_begin_number(element[1]) && corvella::reads_as_number(element));
 }
 
 /// Moves the option at \p element, of one element or two, in front of \p skipped operands.
@@ -165,9 +165,10 @@ bool find_long_option(const option_scan &scan, found_option &found)
     }
     option_position = two_dashes ? 2 : 1;
     const char *const name = element + option_position;
-    const long_name_match match = match_long_name(scan.long_options, name);
+    const corvella::long_name_match match = corvella::match_long_name(scan.long_options, name);
     if (match.second != nullptr) {
-        complain_ambiguous(program_name(scan), element, match.record->name, match.second->name);
+        corvella::complain_ambiguous(program_name(scan), element, match.record->name,
+                                     match.second->name);
         option_code = error_code;
         // Deliberately the next call goes on within the element. Behind one dash that would be its
         // start again.
@@ -209,7 +210,7 @@ bool find_short_option(const option_scan &scan, found_option &found)
         found = {nullptr, kind, character + 1};
         return true;
     }
-    complain_invalid(program_name(scan), *character);
+    corvella::complain_invalid(program_name(scan), *character);
     option_code = error_code;
     if (*character != '\0' && character[1] != '\0') {
         ++option_position;
@@ -240,9 +241,9 @@ bool take_required_argument(const option_scan &scan, const found_option &found, 
         return true;
     }
     if (found.record != nullptr) {
-        complain_missing_argument(program_name(scan), found.record->name);
+        corvella::complain_missing_argument(program_name(scan), found.record->name);
     } else {
-        complain_missing_argument(program_name(scan), static_cast<char>(option_code));
+        corvella::complain_missing_argument(program_name(scan), static_cast<char>(option_code));
     }
     ++option_index;
     option_code = missing_argument_code;

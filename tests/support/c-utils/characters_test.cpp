@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
+namespace corvella {
+
 namespace {
 
 const std::string digits = "0123456789";
@@ -46,3 +48,5 @@ TEST(Characters, ThatAreNoWhiteSpaceAreFoundBehindAllOfIt)
 }
 
 } // namespace
+
+} // namespace corvella

@@ -1,7 +1,7 @@
 // The time-stamp recorder under a clock of the tests' own: this program's time() and gettimeofday()
 // stand in for the system's.
 #include "support/error.h"
-#include "support/error/recorder_state.h"
+#include "support/error/internal.h"
 #include "tests/harness/capture.h"
 #include "tests/harness/set_clock.h"
 #include "tests/support/error/facility_test.h"
@@ -14,8 +14,8 @@
 namespace {
 
 // Taken while the program starts, before any test has run.
-recorder_state &recorder = time_stamp_recorder();
-const recorder_state state_at_start = recorder;
+using corvella::recorder;
+const corvella::recorder_state state_at_start = recorder;
 
 constexpr int stamp = 24 + 2; // the calendar form and ": "
 
