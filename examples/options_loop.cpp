@@ -7,12 +7,12 @@ int main(int count, char **vector)
     const long_option table[] = {
         {"verbose", 0, nullptr, 'v'},
         {"output", 1, nullptr, 'o'},
-        {"level", 2, nullptr, 'l'},
+        {"level", 1, nullptr, 'l'},
         {nullptr, 0, nullptr, 0},
     };
     set_print_stream(stdout);
     int code;
-    while ((code = get_long_options(count, vector, "vo:l::", table, nullptr)) != -1) {
+    while ((code = get_long_options(count, vector, "vo:l:", table, nullptr)) != -1) {
         switch (code) {
         case 'v':
             print_indented("verbose\n");
@@ -21,7 +21,7 @@ int main(int count, char **vector)
             print_indented("output to %s\n", option_argument);
             break;
         case 'l':
-            print_indented("level %s\n", option_argument != nullptr ? option_argument : "1");
+            print_indented("level %s\n", option_argument);
             break;
         default: // the parser has said why
             return 2;

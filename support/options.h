@@ -75,7 +75,8 @@ int get_long_options_only(int count, char **vector, const char *short_options,
 /// \param short_options the option characters; ":" behind one requires an argument, "::" takes an
 ///     optional one that is attached. A leading "+" stops the scan at the first operand, as does
 ///     the environment variable POSIXLY_CORRECT where the text names no mode; a leading "-" returns
-///     operands in order, as the argument of an option of code 1. May be null.
+///     operands in order, as the argument of an option of code 1. In every mode "--" ends the
+///     options and is consumed, also as the first element. May be null.
 /// \param long_options the table of long options; may be null, but not together with
 ///     \p short_options
 /// \param index receives the position of a long option in its table; may be null
@@ -87,6 +88,7 @@ int get_long_options_only(int count, char **vector, const char *short_options,
 /// unknown name option_code as it was, without a diagnostic; ':' for a missing argument; -1 at the
 /// end. A call that could only be repeated with the same result is the last of its scan: the next
 /// one returns -1 until option_index is set to 0, so that a loop until -1 ends for every vector.
-/// Only a call without elements or descriptions is answered '?' each time.
+/// The one exception is a bad call (no elements, no vector or neither description): it returns '?'
+/// each time, and a loop until -1 does not end.
 int parse_options(int count, char **vector, const char *short_options,
                   const long_option *long_options, int *index, int long_only);

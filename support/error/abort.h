@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-/// Thrown by value to give up; nothing in this system catches it, so it ends the process.
+/// Thrown by value to give up. The layer never catches it, so that it ends a process that does not.
 struct CorvellaAbortException {
     const char *file;      ///< source name of the place that threw; static, not owned
     std::int32_t line;     ///< line of that place

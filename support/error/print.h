@@ -11,7 +11,9 @@
 /// the indent, the output with its dots at 65,536 bytes. Nothing is allocated: the call needs 128
 /// KiB of stack.
 ///
-/// \return the result of the flush: 0, or EOF when what was printed may not have arrived.
+/// \return the result of the flush: 0, or EOF if it fails. A write that fails before the flush, as
+/// every write to an unbuffered stream is, does not change the result: where the print stream is
+/// standard error, 0 does not mean that the text has arrived.
 [[gnu::format(printf, 1, 2)]] int print_indented(const char *format, ...);
 
 /// Selects where print_indented() writes; null selects standard error. The stream stays the

@@ -104,7 +104,7 @@ bool environment_requires_order()
     return std::getenv("POSIXLY_CORRECT") != nullptr;
 }
 
-/// Finds the next option behind the operands, which are counted, and takes a "--" to their front.
+/// Finds the next option after the operands, counts these, and moves a "--" in front of them.
 /// \return whether there is one; if not, option_index is where the operands begin.
 bool find_option_behind_operands(option_scan &scan)
 {
@@ -117,15 +117,14 @@ bool find_option_behind_operands(option_scan &scan)
         option_index = start;
         return false;
     }
-    const bool ends_options = is_two_dashes(current_element(scan));
-    if (skipped == 0 && !ends_options) {
+    if (skipped == 0) {
         return true;
     }
     if (environment_requires_order()) {
         option_index = start;
-        return skipped == 0; // a "--" that was not looked at before is read as an option
+        return false;
     }
-    if (ends_options) {
+    if (is_two_dashes(current_element(scan))) {
         move_in_front(scan.vector + option_index, 1, skipped);
         option_index = start + 1;
         return false;
@@ -325,30 +324,37 @@ int parse_current_option(const option_scan &scan, int *index)
     return result_of(found, scan, index);
 }
 
-/// Restarts the scan where option_index says so, and sees to it that there is an element to look
-/// at. \return whether there is one; if not, the scan is at its end.
-bool begin_step(const option_scan &scan)
+/// \return whether the options go on at the current element. A "--" ends them and is consumed.
+bool options_go_on(const option_scan &scan)
 {
-    if (option_index == 0) {
-        scan_is_stuck = false;
-    }
     if (is_past_the_end(scan)) {
         return false;
     }
-    // Deliberately before the restart, which therefore does not look at element 1 here.
     if (is_two_dashes(current_element(scan))) {
         ++option_index;
         return false;
     }
-    if (scan_is_stuck) {
+    return true;
+}
+
+/// Restarts the scan if option_index is 0.
+/// \return whether there is an element to parse; if not, the scan is at its end.
+bool begin_step(const option_scan &scan)
+{
+    const bool restarts = option_index == 0;
+    if (restarts) {
+        scan_is_stuck = false;
+    }
+    // On purpose: a program whose own name is "--" has no options.
+    if (!options_go_on(scan) || scan_is_stuck) {
         return false;
     }
-    if (option_index == 0) {
+    if (restarts) {
         option_index = 1;
         option_position = 1;
-    }
-    if (is_past_the_end(scan)) {
-        return false;
+        if (!options_go_on(scan)) {
+            return false;
+        }
     }
     keep_position_inside(current_element(scan));
     return true;

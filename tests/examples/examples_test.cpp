@@ -86,6 +86,16 @@ TEST(Example, ReadsOptions)
                           "operand first\noperand -5\noperand last\n");
 }
 
+TEST(Example, RefusesAnOptionWithoutItsArgument)
+{
+    for (const std::string option : {"--level", "--level=", "--output", "-l", "-o"}) {
+        const ProgramResult result = run_program({example("options_loop"), option});
+        EXPECT_EQ(result.exit_status, 2) << option;
+        EXPECT_EQ(result.out, "") << option;
+        EXPECT_NE(result.err.find("argument required for option"), std::string::npos) << option;
+    }
+}
+
 TEST(Example, WalksADirectory)
 {
     const TemporaryDirectory directory;

@@ -132,17 +132,14 @@ TEST_F(EndlessScan, DoesNotEndWhereTheNextCallGoesOn)
     EXPECT_EQ(results, (Results{'z', 'z', 63, 'o', 'n', 103, 102}));
 }
 
-// The first call of an ordered scan takes them for a name; the second finds them and consumes them.
-TEST_F(EndlessScan, IsNotOneThatStandsBeforeTwoDashes)
+TEST_F(EndlessScan, LeavesTheIndexAtTheElement)
 {
-    const long_option level[] = {{"level", 2, nullptr, 103}, {nullptr, 0, nullptr, 0}};
-    setenv("POSIXLY_CORRECT", "1", 1);
-    Arguments args{"prog", "--", "x"};
-    const auto call = [&] {
-        return get_long_options(args.count(), args.vector(), nullptr, level, nullptr);
-    };
-    EXPECT_EQ(results_until_end(call), (Results{103}));
-    EXPECT_EQ(option_index, 2);
+    Arguments args{"prog", "-xo", "operand"};
+    const auto call = [&] { return get_options(args.count(), args.vector(), "xo::"); };
+    ASSERT_EQ(results_until_end(call), (Results{'x', 'o'}));
+    EXPECT_EQ(option_index, 1);
+    EXPECT_EQ(call(), -1);
+    EXPECT_EQ(option_index, 1);
 }
 
 TEST_F(EndlessScan, MayBeStartedAgain)

@@ -53,6 +53,18 @@ TEST_F(BadCall, IsRefusedAgainInANewScan)
     }
 }
 
+// On purpose: the one loop until -1 that does not end.
+TEST_F(BadCall, IsRefusedEachTime)
+{
+    Arguments args{"prog", "-a"};
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_EQ(get_options(0, args.vector(), "a"), 63);
+        EXPECT_EQ(get_options(2, nullptr, "a"), 63);
+        EXPECT_EQ(get_options(args.count(), args.vector(), nullptr), 63);
+    }
+    EXPECT_EQ(option_index, 0);
+}
+
 TEST_F(BadCall, SaysNothing)
 {
     Arguments args{"prog", "-a"};

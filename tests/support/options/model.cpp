@@ -87,6 +87,10 @@ private:
         if (model_.option_index >= count_) { // nothing but the program's name
             return -1;
         }
+        if (current() == "--") { // before any operand
+            ++model_.option_index;
+            return -1;
+        }
         if (mode == Mode::permute) {
             return skip_operands();
         }

@@ -299,10 +299,29 @@ TEST_F(TwoDashes, EndTheOptionsAndAreConsumed)
 
 TEST_F(TwoDashes, EndTheOptionsAsTheFirstElement)
 {
-    Arguments args{"prog", "--", "-x", "a"};
-    EXPECT_EQ(scan(args, "x"), (Results{}));
+    for (const char *posixly_correct : {"", "1"}) {
+        for (const char *short_options : {"x", "+x", "-x", "", "+", "-"}) {
+            SCOPED_TRACE(std::string(short_options) + posixly_correct);
+            if (*posixly_correct != '\0') {
+                setenv("POSIXLY_CORRECT", posixly_correct, 1);
+            }
+            Arguments args{"prog", "--", "-x", "a"};
+            option_index = 0;
+            EXPECT_EQ(diagnostics_of([&] { EXPECT_EQ(scan(args, short_options), (Results{})); }),
+                      "");
+            EXPECT_EQ(option_index, 2);
+            EXPECT_EQ(args.order(), (Texts{"prog", "--", "-x", "a"}));
+        }
+    }
+}
+
+TEST_F(TwoDashes, EndTheOptionsWithoutShortOptions)
+{
+    setenv("POSIXLY_CORRECT", "1", 1);
+    const long_option level[] = {{"level", 2, nullptr, 7}, {nullptr, 0, nullptr, 0}};
+    Arguments args{"prog", "--", "--level"};
+    EXPECT_EQ(get_long_options(args.count(), args.vector(), nullptr, level, nullptr), -1);
     EXPECT_EQ(option_index, 2);
-    EXPECT_EQ(args.order(), (Texts{"prog", "--", "-x", "a"}));
 }
 
 TEST_F(TwoDashes, AreMovedInFrontOfTheOperandsSkippedBeforeThem)
@@ -326,30 +345,4 @@ TEST_F(TwoDashes, EndTheOptionsBehindAnOperandReturnedInOrder)
     Arguments args{"prog", "a", "--", "-x"};
     EXPECT_EQ(scan(args, "-x"), (Results{1}));
     EXPECT_EQ(option_index, 3);
-}
-
-// Deliberate: the test for "--" comes before the scan is started at element 1, and only a permuting
-// scan looks for it again.
-TEST_F(TwoDashes, AreAnOptionAsTheFirstElementOfAnOrderedScan)
-{
-    for (const char *short_options : {"+x", "-x"}) {
-        SCOPED_TRACE(short_options);
-        Arguments args{"prog", "--", "-x"};
-        const auto call = [&] { return get_options(args.count(), args.vector(), short_options); };
-        option_index = 0;
-        const std::string text = diagnostics_of([&] { EXPECT_EQ(call(), 63); });
-        EXPECT_EQ(text, "prog: invalid option -- `--'\n");
-        EXPECT_EQ(option_index, 2);
-        EXPECT_EQ(call(), 'x');
-        EXPECT_EQ(call(), -1);
-    }
-}
-
-// Deliberate: see above; every name of a table begins with the empty name.
-TEST_F(TwoDashes, AreAnAmbiguousNameAsTheFirstElementOfAnOrderedScanWithATable)
-{
-    Arguments args{"prog", "--", "-x"};
-    const std::string text = diagnostics_of([&] { EXPECT_EQ(scan(args, "+x"), (Results{63})); });
-    EXPECT_EQ(text, "prog: option `--' is ambiguous (could be `--one' or `--once')\n");
-    EXPECT_EQ(option_index, 2); // the second call has consumed them
 }

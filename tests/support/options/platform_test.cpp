@@ -120,10 +120,7 @@ public:
                 operand_before = true;
                 break;
             case 2:
-                // As the first element of all the two dashes are a matter of their own.
-                if (mode.empty() || made.size() > 1) {
-                    made.push_back("--");
-                }
+                made.push_back("--");
                 break;
             case 3:
                 made.push_back(mode.empty() && operand_before ? "-a" : cluster());
