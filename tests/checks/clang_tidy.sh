@@ -25,4 +25,4 @@ look_into() {
 export -f look_into
 
 find support web platform tool -name '*.cpp' -print0 |
-    xargs -0 -n 1 -P "$(nproc)" bash -c 'look_into "$@"' look_into "$build"
+    xargs -0 -n 1 -P "$(getconf _NPROCESSORS_ONLN)" bash -c 'look_into "$@"' look_into "$build"

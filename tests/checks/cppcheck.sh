@@ -7,6 +7,7 @@ folders=()
 for folder in support web platform tool examples tests fuzz; do
     [ ! -d "$folder" ] || folders+=("$folder")
 done
-cppcheck --quiet --error-exitcode=1 -j "$(nproc)" --std=c++17 --library=googletest -I . \
+cppcheck --quiet --error-exitcode=1 -j "$(getconf _NPROCESSORS_ONLN)" --std=c++17 \
+    --library=googletest -I . \
     --enable=warning,style,performance,portability --inline-suppr \
     --suppressions-list="$here/cppcheck_suppressions.txt" "${folders[@]}"

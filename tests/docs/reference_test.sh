@@ -9,7 +9,7 @@ if [ ! -e "$configuration" ] || ! command -v doxygen >/dev/null; then
     echo 'skipped: not installed: doxygen'
     exit 77
 fi
-scratch=$(mktemp -d)
+scratch=$(mktemp -d "${TMPDIR:-/tmp}/corvella.XXXXXX")
 trap 'rm -rf "$scratch"' EXIT
 
 # run_doxygen SETTING...: runs it with further settings and leaves what it said in $scratch/log.

@@ -1,5 +1,6 @@
 /// \file
 /// The example programs, run as their readers would.
+#include "tests/harness/child_process.h"
 #include "tests/harness/program.h"
 #include "tests/harness/real_servers.h"
 #include "tests/harness/scripted_server.h"
@@ -7,9 +8,12 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <future>
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -18,6 +22,41 @@ std::string example(const std::string &name)
 {
     return CORVELLA_EXAMPLES "/" + name;
 }
+
+/// The stand-in of the service that needs no PHP, on a free port.
+class OwnService {
+public:
+    OwnService()
+    {
+        ChildCommand command{{CORVELLA_EXAMPLES "/service/service"}};
+        command.out = fileno(words_);
+        process_ = std::make_unique<ChildProcess>(command);
+        for (int tries = 0; port_ == 0 && tries < 1000; ++tries) {
+            std::rewind(words_);
+            if (std::fscanf(words_, "port %d\n", &port_) != 1) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            }
+        }
+    }
+    ~OwnService()
+    {
+        process_->signal(SIGKILL);
+        process_.reset();
+        std::fclose(words_);
+    }
+    OwnService(const OwnService &) = delete;
+    OwnService &operator=(const OwnService &) = delete;
+
+    std::string address() const
+    {
+        return "127.0.0.1:" + std::to_string(port_);
+    }
+
+private:
+    std::FILE *words_ = std::tmpfile();
+    int port_ = 0;
+    std::unique_ptr<ChildProcess> process_;
+};
 
 std::string url_of(const ScriptedServer &server)
 {
@@ -110,6 +149,23 @@ TEST(Example, AsksForAnUpdate)
     const PhpServer service;
     const ProgramResult result =
         run_program({example("update_query"), "127.0.0.1:" + std::to_string(service.port())});
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_EQ(result.out, "Newest version: 5.2\nExample 5.2 is available; you have 5.1.\n");
+}
+
+TEST(Example, ServiceAnswersAFormAsPhpDoes)
+{
+    const OwnService service;
+    const ProgramResult result =
+        run_program({example("post_form"), "http://" + service.address() + "/form?query"});
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_EQ(result.out, "POST /form\nproduct=A B\nv=1.0\n");
+}
+
+TEST(Example, ServiceAnswersAnUpdateAsPhpDoes)
+{
+    const OwnService service;
+    const ProgramResult result = run_program({example("update_query"), service.address()});
     EXPECT_EQ(result.exit_status, 0);
     EXPECT_EQ(result.out, "Newest version: 5.2\nExample 5.2 is available; you have 5.1.\n");
 }

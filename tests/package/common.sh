@@ -4,7 +4,7 @@
 # the folders of the sources, of the build that the test belongs to and of those as they are
 # shipped; CORVELLA_VERSION, CORVELLA_COMPILER and CORVELLA_FLAGS.
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-scratch=$(cd "$(mktemp -d)" && pwd -P)
+scratch=$(cd "$(mktemp -d "${TMPDIR:-/tmp}/corvella.XXXXXX")" && pwd -P)
 trap 'rm -rf "$scratch"' EXIT
 
 # A compiler cache would write other names of the folders into debugging information than the

@@ -49,7 +49,7 @@ done
 
 # Whatever has a parameter of that name is among them.
 declared=$(find "$CORVELLA_SOURCES"/{support,web,platform} -name '*.h' -exec cat {} + |
-    sed 's://.*::' | tr '\n' ' ' | grep -oE '[a-z_0-9]+\([^()]*\*format\b[^()]*\)' |
+    sed 's://.*::' | tr '\n' ' ' | grep -oE '[a-z_0-9]+\([^()]*\*format,[^()]*\)' |
     sed 's/(.*//' | sort -u)
 if [ "$declared" != "$(printf '%s\n' "${tested[@]}" | sort)" ]; then
     printf 'declared: %s\ntested:   %s\n' "${declared//$'\n'/ }" "${tested[*]}"

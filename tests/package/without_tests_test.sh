@@ -18,7 +18,8 @@ configure() {
 
 # Prints the targets of the tests, GoogleTest and the examples, as the build tool lists them.
 test_targets() {
-    grep -Ei '(\b|_)tests?\b|gtest|harness|stand_ins|get_page|post_form' "$scratch/targets" || true
+    local tests='(^|[^a-z])tests?([^a-z]|$)'
+    grep -Ei "$tests|gtest|harness|stand_ins|get_page|post_form" "$scratch/targets" || true
 }
 
 expect_no_tests() {

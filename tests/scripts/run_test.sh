@@ -3,88 +3,23 @@
 #   run_test.sh SOURCE_DIR BUILD_DIR
 # Status 77 when run would have to install packages first.
 set -euo pipefail
-sources=$1 build=$2
-scratch=$(cd "$(mktemp -d)" && pwd -P)
-copy=$scratch/copy
-service=
+# shellcheck source=common.sh
+. "$(dirname "$0")/common.sh"
 
-# Prints the numbers of the processes that have anything of the copy on their command line.
-processes_of_copy() {
-    local file
-    for file in /proc/[0-9]*/cmdline; do
-        # It may be gone by now.
-        if { tr '\0' ' ' <"$file"; } 2>/dev/null | grep -F -e "$copy/" >/dev/null; then
-            file=${file%/cmdline}
-            printf '%s ' "${file##*/}"
-        fi
-    done
-}
-
-clean_up() {
-    local process
-    for process in $service $(processes_of_copy); do
-        kill "$process" 2>/dev/null || true
-    done
-    rm -rf "$scratch"
-}
-trap clean_up EXIT
-
-mkdir "$copy"
-tar -C "$sources" --exclude=./.git --exclude=./build --exclude=./install \
-    --exclude="./${build#"$sources/"}" -cf - . | tar -C "$copy" -xf -
-
-fail() {
-    printf 'failed: %s\n' "$*"
-    cat "$scratch/out" "$scratch/err"
-    exit 1
-}
-
-# try STATUS COMMAND...: runs a command, which is to end with that status, in another folder.
-try() {
-    local expected=$1 status=0
-    shift
-    (cd / && "$@") >"$scratch/out" 2>"$scratch/err" </dev/null || status=$?
-    [ "$status" = "$expected" ] || fail "status $status, not $expected: $*"
-}
-
-expect_in() {
-    grep -qF -e "$2" "$scratch/$1" || fail "not in what went to $1: $2"
-}
-
-expect_output() {
-    [ "$(cat "$scratch/out")" = "$1" ] || fail "other output than: $1"
-}
-
-# A process that was ended may take a moment.
-expect_nothing_left() {
-    for _ in {1..100}; do
-        [ -n "$(processes_of_copy)" ] || return 0
+# Starts the stand-in of the service and stores its port in $port.
+start_service() {
+    local i
+    "$copy/build/release/examples/service/service" >"$scratch/words" &
+    service=$!
+    for ((i = 0; i < 200; ++i)); do
+        port=$(sed -n 's/^port //p' "$scratch/words")
+        [ -z "$port" ] || return 0
         sleep 0.05
     done
-    fail "left behind: processes $(processes_of_copy)"
+    fail "no service"
 }
 
-# Starts the stand-in of the service on a free port and leaves the number in $port.
-start_service() {
-    local wait
-    for _ in {1..20}; do
-        : >"$scratch/log"
-        port=$((20000 + RANDOM % 20000))
-        php -S "127.0.0.1:$port" "$sources/examples/service/service.php" >"$scratch/log" 2>&1 &
-        service=$!
-        for ((wait = 0; wait < 200; ++wait)); do
-            ! grep -q "(http://127.0.0.1:$port) started" "$scratch/log" || return 0
-            kill -0 "$service" 2>/dev/null || break
-            sleep 0.05
-        done
-        kill "$service" 2>/dev/null || true
-        service=
-    done
-    fail "no service: $(cat "$scratch/log")"
-}
-
-: >"$scratch/out" 2>"$scratch/err"
-missing=$(bash -c '. "$1" && missing_packages g++ cmake ninja-build php-cli' bash \
+missing=$(bash -c '. "$1" && missing_packages g++ cmake ninja-build' bash \
     "$copy/scripts/common.sh")
 if [ -n "$missing" ]; then
     printf 'skipped: not installed: %s\n' "$missing"
@@ -125,4 +60,6 @@ expect_output $'POST /form\nname=two  words\nstar=*\nempty='
 try 1 "$copy/run" get ftp://127.0.0.1/
 expect_in err 'Protocol should be HTTP, not FTP'
 try 2 "$copy/run" nonsense
+kill "$service"
+wait "$service" 2>/dev/null || true
 expect_nothing_left

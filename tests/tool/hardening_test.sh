@@ -4,7 +4,7 @@
 set -euo pipefail
 program=$1 build_type=$2
 most_bytes=$((250 * 1024))
-scratch=$(mktemp -d)
+scratch=$(mktemp -d "${TMPDIR:-/tmp}/corvella.XXXXXX")
 trap 'rm -rf "$scratch"' EXIT
 export LC_ALL=C
 failures=0
@@ -31,7 +31,7 @@ if readelf -hW "$program" | grep -Eq 'Machine: .*(X86-64|80386)'; then
 fi
 
 strip -o "$scratch/stripped" "$program"
-size=$(stat -c %s "$scratch/stripped")
+size=$(($(wc -c <"$scratch/stripped")))
 if [ "$build_type" != Debug ] && [ "$size" -ge "$most_bytes" ]; then
     echo "$size bytes, and $most_bytes are too many"
     failures=1

@@ -4,7 +4,7 @@
 #   lists_test.sh PROGRAM LISTS_PROGRAM LISTS_DIR SOURCE_DIR
 set -euo pipefail
 program=$1 lists_program=$2 lists=$3 sources=$4
-scratch=$(mktemp -d)
+scratch=$(mktemp -d "${TMPDIR:-/tmp}/corvella.XXXXXX")
 trap 'rm -rf "$scratch"' EXIT
 
 fail() {
@@ -29,7 +29,7 @@ cd "$scratch"
 
 # The commands, one a line.
 awk '/^Commands:/ { on = 1; next } /^$/ { on = 0 } on { print $1 }' help >help.commands
-mapfile -t commands <help.commands
+read -r -a commands <<<"$(tr '\n' ' ' <help.commands)"
 
 # "COMMAND -option", as the headings of a usage text or a manual page tell. Reads lines "= heading"
 # and "-option".
@@ -98,8 +98,7 @@ get -proxy h
 WORDS
 expect_same commands help.commands bash.commands
 expect_same options help.options bash.options
-sed -i 's/ *$//' bash.replies
-diff bash.replies - <<'REPLIES' || fail 'bash completes something else'
+sed 's/ *$//' bash.replies | diff - <(cat <<'REPLIES'
 -output zsh/_c: zsh/_corvella
 -output = zsh/_c: zsh/_corvella
 open zsh/_c: zsh/_corvella
@@ -110,6 +109,7 @@ up: update
 get -version-:
 get -proxy h:
 REPLIES
+) || fail 'bash completes something else'
 shellcheck "$lists/bash/corvella" || fail 'the completion of bash is not well-formed'
 
 # Zsh: that it finds the file, and what the file hands to the functions of the completion system.

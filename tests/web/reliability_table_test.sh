@@ -5,7 +5,7 @@
 set -euo pipefail
 sources=$1
 name="\`[A-Za-z0-9]+\.[A-Za-z0-9]+\`"
-scratch=$(mktemp -d)
+scratch=$(mktemp -d "${TMPDIR:-/tmp}/corvella.XXXXXX")
 trap 'rm -rf "$scratch"' EXIT
 
 fail() {
@@ -49,7 +49,10 @@ complaints_about() {
     rows_without_test "$1" | sed 's/^/no test holds /'
 }
 
-mapfile -t files < <(built_files)
+files=()
+while IFS= read -r file; do
+    files+=("$file")
+done < <(built_files)
 [ ${#files[@]} -gt 0 ] || fail "no test is built"
 tests_in "${files[@]}" >"$scratch/existing"
 grep -E '^(WebFault|WebEndurance|WebDescriptors|TransactionLimits)\.' "$scratch/existing" \
