@@ -35,7 +35,8 @@ foreach(header
     transform url_encode words wrap)
   corvella_install_files(${include_dir}/support/c-utils support/c-utils/${header}.h)
 endforeach()
-foreach(header web base64 form proxy reply_status request transaction update web_error)
+foreach(header
+    web base64 form proxy reply_header reply_status request result transaction update web_error)
   corvella_install_files(${include_dir}/web web/${header}.h)
 endforeach()
 if(TARGET corvella_platform)

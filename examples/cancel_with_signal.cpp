@@ -33,10 +33,10 @@ int main(int count, char **vector)
     char *body = nullptr;
     const int result =
         web_request(vector[1], "GET", 0, nullptr, &header, &body, nullptr, 0, nullptr, nullptr);
-    if (result != 0) {
-        report_message(result == 2 ? 3 : 9, "%s", web_last_error()); // 2: cancelled
+    if (result != WEB_DONE) {
+        report_message(result == WEB_CANCELLED ? 3 : 9, "%s", web_last_error());
     }
     std::free(header);
     std::free(body);
-    return result == 2 ? 130 : result == 0 ? 0 : 1;
+    return result == WEB_CANCELLED ? 130 : result == WEB_DONE ? 0 : 1;
 }

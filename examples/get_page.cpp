@@ -15,15 +15,18 @@ int main(int count, char **vector)
     char *body = nullptr;
     int result =
         web_request(vector[1], "GET", 0, nullptr, &header, &body, nullptr, 0, nullptr, nullptr);
-    if (result == 0) {
+    if (result == WEB_DONE) {
         result = check_reply_status(header);
     }
-    if (result == 0) {
+    if (result == WEB_DONE) {
+        result = check_reply_complete(header, body);
+    }
+    if (result == WEB_DONE) {
         std::fputs(body, stdout);
     } else {
         report_message(9, "%s", web_last_error());
     }
     std::free(header);
     std::free(body);
-    return result == 0 ? 0 : 1;
+    return result == WEB_DONE ? 0 : 1;
 }

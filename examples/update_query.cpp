@@ -21,7 +21,7 @@ int main(int count, char **vector)
         "Example", "Examples", 5.1f, "5.1", "Mac OS X", "10.4.11", machine, "i386", sizeof message,
         message, version, nullptr, nullptr, proxy.proxy_host,
         static_cast<std::uint16_t>(proxy.proxy_port), nullptr, nullptr);
-    if (result != 0) {
+    if (result != WEB_DONE) {
         report_message(9, "No answer: %s", web_last_error());
         return 1;
     }

@@ -9,8 +9,8 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include "web/client_state.h"
 #include "web/socket_sends.h"
-#include "web/steps.h"
 #include "web/wait.h"
 #include "web/web_error.h"
 
@@ -42,7 +42,7 @@ bool connect_web_socket(int socket, const char *host, const char *name, std::uin
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     std::memcpy(&address.sin_addr, found->h_addr_list[0], sizeof address.sin_addr);
-    tell_step(WEB_ADDRESS_FOUND);
+    corvella::notify_step(WEB_ADDRESS_FOUND);
     if (connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
         set_web_error("Can't connect to web server '%s': %s", host, system_error_text());
         return false;
@@ -51,7 +51,7 @@ bool connect_web_socket(int socket, const char *host, const char *name, std::uin
     const timeval limit = {SILENCE_LIMIT_SECONDS, 0};
     setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
     prepare_sends(socket);
-    tell_step(WEB_CONNECTED);
+    corvella::notify_step(WEB_CONNECTED);
     return true;
 }
 

@@ -1,12 +1,14 @@
 #include "web/reply.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <sys/socket.h>
 
+#include "web/client_state.h"
 #include "web/reply_text.h"
 #include "web/result.h"
-#include "web/steps.h"
 #include "web/wait.h"
 #include "web/web_error.h"
 
@@ -88,6 +90,7 @@ int receive_header(int socket, reply_text &header)
 
 int receive_body(int socket, reply_text &body)
 {
+    std::size_t total = 0;
     for (;;) {
         const int waited = finish_wait(wait_readable(socket, body_slice));
         if (waited != WEB_DONE) {
@@ -105,6 +108,9 @@ int receive_body(int socket, reply_text &body)
         // Deliberate: a NUL costs the rest of its chunk.
         chunk[received] = '\0';
         body.length += std::strlen(chunk);
+        // Saturates: bytes that a NUL discards take no memory.
+        total += std::min(static_cast<std::size_t>(received), SIZE_MAX - total);
+        corvella::notify_received(total);
     }
 }
 
@@ -118,7 +124,7 @@ int receive_reply(int socket, char **header_out, char **body_out)
         return result;
     }
     *header_out = take_reply_text(header);
-    tell_step(WEB_HEADER_RECEIVED);
+    corvella::notify_step(WEB_HEADER_RECEIVED);
 
     reply_text body = make_reply_text();
     result = receive_body(socket, body);

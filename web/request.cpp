@@ -4,8 +4,8 @@
 
 #include "support/c-utils/characters.h"
 #include "support/c-utils/decimal.h"
+#include "web/client_state.h"
 #include "web/transaction.h"
-#include "web/web_error_state.h"
 
 namespace {
 
@@ -70,12 +70,25 @@ int web_request(const char *url, const char *method, int field_count, const Form
                 char **header_out, char **body_out, const char *proxy_host,
                 std::uint16_t proxy_port, const char *user, const char *password)
 {
-    clear_web_error();
+    corvella::clear_web_error();
     const url_parts parts = split_url(url);
     std::string header_text;
     std::string body;
     build_form_body(field_count, fields, header_text, body);
     return web_transaction(parts.scheme.c_str(), parts.host.c_str(), url, parts.port, method,
+                           header_text.c_str(), body, header_out, body_out, proxy_host, proxy_port,
+                           user, password);
+}
+
+int web_post(const char *url, const char *content_type, std::string_view body, char **header_out,
+             char **body_out, const char *proxy_host, std::uint16_t proxy_port, const char *user,
+             const char *password)
+{
+    corvella::clear_web_error();
+    const url_parts parts = split_url(url);
+    const std::string header_text = std::string("Content-Type: ") + content_type +
+                                    "\r\nContent-Length: " + std::to_string(body.size());
+    return web_transaction(parts.scheme.c_str(), parts.host.c_str(), url, parts.port, "POST",
                            header_text.c_str(), body, header_out, body_out, proxy_host, proxy_port,
                            user, password);
 }

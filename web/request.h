@@ -1,8 +1,9 @@
 /// \file
-/// A form request to a URL.
+/// Requests to a URL: of a form, or of a body of the caller's.
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "web/form.h"
 
@@ -26,3 +27,17 @@
 int web_request(const char *url, const char *method, int field_count, const FormField *fields,
                 char **header_out, char **body_out, const char *proxy_host,
                 std::uint16_t proxy_port, const char *user, const char *password);
+
+/// Posts a body of the caller's: clears the last error text, splits \p url as web_request() does,
+/// and runs web_transaction() with the header lines "Content-Type: \p content_type" and
+/// "Content-Length: ", the number of bytes of \p body.
+///
+/// \p content_type is sent unchanged; the caller refuses line ends in it. \p body is sent whole,
+/// including NUL bytes.
+///
+/// \return what web_transaction() returns. \p header_out and \p body_out are filled as there, and
+/// released with free().
+/// \throws std::bad_alloc when memory is exhausted.
+int web_post(const char *url, const char *content_type, std::string_view body, char **header_out,
+             char **body_out, const char *proxy_host, std::uint16_t proxy_port, const char *user,
+             const char *password);

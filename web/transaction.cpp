@@ -3,11 +3,11 @@
 #include <cstring>
 #include <memory>
 
+#include "web/client_state.h"
 #include "web/connection.h"
 #include "web/reply.h"
 #include "web/result.h"
 #include "web/send_request.h"
-#include "web/steps.h"
 #include "web/wait.h"
 #include "web/web_error.h"
 
@@ -37,6 +37,6 @@ int web_transaction(const char *scheme, const char *host, const char *target, st
     if (sent != WEB_DONE) {
         return sent;
     }
-    tell_step(WEB_REQUEST_SENT);
+    corvella::notify_step(WEB_REQUEST_SENT);
     return receive_reply(socket, header_out, body_out);
 }

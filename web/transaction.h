@@ -3,6 +3,7 @@
 #pragma once
 
 #include <csignal>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -21,6 +22,9 @@ enum WebStep {
 /// Called after each step of a transaction, with the argument that was registered.
 using WebStepCallback = void (*)(WebStep step, void *argument);
 
+/// Called with a number of bytes of a body, and with the argument that was registered.
+using WebProgressCallback = void (*)(std::size_t bytes, void *argument);
+
 /// Set it to non-zero, from a signal handler if need be, to stop the transaction that runs or the
 /// next one. The transaction that stops sets it back to 0.
 extern volatile std::sig_atomic_t web_cancel_requested;
@@ -34,6 +38,19 @@ void set_web_idle_callback(WebIdleCallback callback, void *argument);
 /// Registers the step callback; null switches the calls off. The callback runs on the transaction's
 /// own thread, once for each step that succeeded. It may throw; the connection is closed then too.
 void set_web_step_callback(WebStepCallback callback, void *argument);
+
+/// Registers the progress callback; null switches the calls off. The callback runs on the
+/// transaction's own thread after each received chunk of a reply's body, with the number of bytes
+/// of the body received so far, including those that a NUL discards; the number saturates at
+/// SIZE_MAX. It may throw; the connection is closed then too.
+void set_web_progress_callback(WebProgressCallback callback, void *argument);
+
+/// Registers the send callback; null switches the calls off. The callback runs on the transaction's
+/// own thread while a request is sent and while the system still holds some of it, at most once
+/// every 100 ms, with the number of bytes of the request's body that the peer has taken so far, or,
+/// where the system cannot tell, that the system has. The number never decreases. A request that is
+/// taken within 100 ms gives no call. It may throw; the connection is closed then too.
+void set_web_send_callback(WebProgressCallback callback, void *argument);
 
 /// Runs one transaction: connects, sends the request, reads the reply until the server closes.
 ///

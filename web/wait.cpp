@@ -3,19 +3,13 @@
 #include <sys/select.h>
 
 #include "support/c-utils.h"
+#include "web/client_state.h"
 #include "web/result.h"
-#include "web/transaction.h"
 #include "web/web_error.h"
-
-// Declared in web/transaction.h for the callers; only the wait looks at them.
-volatile std::sig_atomic_t web_cancel_requested = 0;
 
 static_assert(WAIT_DESCRIPTORS <= FD_SETSIZE, "a descriptor of the wait fits into the set");
 
 namespace {
-
-WebIdleCallback idle_callback = nullptr;
-void *idle_argument = nullptr;
 
 bool is_past(std::uint32_t deadline, std::uint32_t now)
 {
@@ -25,12 +19,6 @@ bool is_past(std::uint32_t deadline, std::uint32_t now)
 constexpr std::uint32_t silence_limit = SILENCE_LIMIT_SECONDS * 1000u;
 
 } // namespace
-
-void set_web_idle_callback(WebIdleCallback callback, void *argument)
-{
-    idle_callback = callback;
-    idle_argument = argument;
-}
 
 std::uint32_t silence_deadline()
 {
@@ -60,9 +48,7 @@ wait_result wait_readable(int socket, timeval slice)
         if (web_cancel_requested != 0) {
             return wait_result::cancelled;
         }
-        if (idle_callback != nullptr) {
-            idle_callback(idle_argument);
-        }
+        corvella::notify_idle();
     }
     return wait_result::timed_out;
 }

@@ -2,7 +2,7 @@
 
 #include "support/error.h"
 #include "tests/web/web_call.h"
-#include "web/web_error_state.h"
+#include "web/client_state.h"
 
 #include <new>
 
@@ -50,7 +50,7 @@ std::string description(const Failure &failure)
 /// \return whether nothing is left of a run.
 bool nothing_is_held(std::size_t descriptors_before)
 {
-    clear_web_error(); // which is kept on purpose
+    corvella::clear_web_error(); // which is kept on purpose
     EXPECT_EQ(things_held(), 0u) << "blocks, streams or directories are left";
     EXPECT_EQ(open_descriptor_count(), descriptors_before) << "descriptors are left";
     return !testing::Test::HasFailure();
@@ -60,7 +60,7 @@ bool nothing_is_held(std::size_t descriptors_before)
 bool succeeds(const FailureScenario &scenario)
 {
     EXPECT_EQ(outcome_of(scenario, {}), scenario.success);
-    clear_web_error();
+    corvella::clear_web_error();
     return !testing::Test::HasFailure();
 }
 

@@ -71,6 +71,30 @@ FailureScenario post()
         expected_exchange<upper_host>};
 }
 
+/// A body of the caller's own.
+FailureScenario post_body()
+{
+    return {"PostBody",
+            {"web_post"},
+            {Call::Realloc, Call::New, Call::Socket, Call::Lookup, Call::Connect, Call::SetOption,
+             Call::Send, Call::Select, Call::Receive, Call::Close, Call::Clock},
+            [] {
+                prepare_exchange(
+                    request_text("POST http://web1.test:8080/form HTTP/1.0", upper_host,
+                                 "Content-Type: application/octet-stream\r\nContent-Length: 7\r\n",
+                                 "", "a\tbody\n"));
+            },
+            [] {
+                running.result =
+                    web_post("http://web1.test:8080/form", "application/octet-stream", "a\tbody\n",
+                             &running.header, &running.body, nullptr, 0, nullptr, nullptr);
+                running.finished = true;
+            },
+            exchange_outcome,
+            shown({0, header, body}),
+            expected_exchange<upper_host>};
+}
+
 /// An exchange that fails anyway: the text of its failure is formed while calls fail.
 FailureScenario failing(const char *name, const std::vector<Call> &reaches, void (*prepare)(),
                         const Exchange &outcome, std::string (*expected)(const Failure &))
@@ -323,8 +347,10 @@ FailureScenario lost_piece()
 std::vector<FailureScenario> transaction_scenarios()
 {
     return {
-        get(),        post(),          no_socket(),         no_such_host(), refused_connection(),
-        lost_reply(), silent_server(), cancelled_request(), lost_piece(),
+        get(),        post(),          post_body(),
+        no_socket(),  no_such_host(),  refused_connection(),
+        lost_reply(), silent_server(), cancelled_request(),
+        lost_piece(),
     };
 }
 

@@ -99,6 +99,30 @@ FailureScenario bad_status(const char *name, void (*prepare)(), const std::strin
             }};
 }
 
+/// The complaint about a reply that is shorter than announced.
+FailureScenario incomplete_reply()
+{
+    return {"IncompleteReply",
+            {"check_reply_complete"},
+            {Call::Malloc, Call::Format},
+            [] { set_web_error("earlier"); },
+            [] {
+                running.finished = false;
+                running.result =
+                    check_reply_complete("HTTP/1.0 200 OK\r\nContent-Length: 1000\r\n\r", "abc");
+                running.finished = true;
+            },
+            [] {
+                return running.finished ? std::to_string(running.result) + "|" + web_last_error()
+                                        : "";
+            },
+            "-1|Incomplete reply from web site: 3 of 1000 bytes",
+            [](const Failure &failure) -> std::string {
+                const bool exhausted = failure.call == Call::Malloc || failure.error == EOVERFLOW;
+                return exhausted ? "std::bad_alloc " : "-1|";
+            }};
+}
+
 /// Without memory the earlier text is kept.
 FailureScenario error_text()
 {
@@ -177,6 +201,7 @@ std::vector<FailureScenario> update_scenarios()
         bad_status(
             "NoStatus", [] { reply_header = "Server: none\r\n\r"; },
             "Invalid non-HTTP header string returned from web site"),
+        incomplete_reply(),
         error_text(),
         system_error(),
         form(),

@@ -26,6 +26,7 @@ static_assert(sizeof(FormField) == (long_words ? 16 : 8));
 static_assert(sizeof(ProxySettings) == 256 + 4 + 256 + 256);
 static_assert(sizeof(std::intptr_t) == sizeof(void *));
 
+static_assert(WEB_FAILED == -1 && WEB_DONE == 0 && WEB_TIMED_OUT == 1 && WEB_CANCELLED == 2);
 static_assert(OPEN_FAIL_FATAL == 1 && OPEN_FAIL_REPORT == 2);
 static_assert(TIME_BASE_SECONDS == 852076800 && MILLISECOND_BASE_SECONDS == 1050000000);
 
@@ -185,6 +186,8 @@ void promise_web()
     promise<const char *()>(web_last_error);
     promise<void(void (*)(void *), void *)>(set_web_idle_callback);
     promise<void(void (*)(WebStep, void *), void *)>(set_web_step_callback);
+    promise<void(void (*)(std::size_t, void *), void *)>(set_web_progress_callback);
+    promise<void(void (*)(std::size_t, void *), void *)>(set_web_send_callback);
     promise<const char *()>(system_error_text);
     promise<int(int)>(base64_encoded_length);
     promise<char *(const void *, int, char *)>(base64_encode);
@@ -193,7 +196,11 @@ void promise_web()
     promise<void(int, const FormField *, std::string &, std::string &)>(build_form_body);
     promise<char *(char *, const char *)>(form_escape);
     promise<char *(char *, const char *, int)>(form_escape_bounded);
+    promise<int(const char *, const char *, std::string_view, char **, char **, const char *,
+                std::uint16_t, const char *, const char *)>(web_post);
     promise<int(const char *)>(check_reply_status);
+    promise<int(const char *, const char *)>(check_reply_complete);
+    promise<const char *(const char *, const char *, char *, int)>(find_reply_header);
     promise<bool(char *, std::size_t, std::int32_t *)>(system_http_proxy);
     promise<int(ProxySettings *, const char *, const char *, const char *)>(fill_proxy_settings);
     promise<int(const char *, const char *, float, const char *, const char *, const char *,
