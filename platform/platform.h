@@ -27,7 +27,10 @@ int open_fsref(FSRef ref);
 /// URL. \return 0, or -1 for any failure.
 int open_document(const char *target);
 
-/// Writes the path of a part of the program's own bundle into \p buffer.
+/// Writes the path of a part of the program's own bundle into \p buffer. Kinds 2, 3 and 4 are
+/// relative to the bundle, such as "Contents/Resources"; a program outside a bundle has an absolute
+/// path for 2 and 3 and "PlugIns" for 4. Prefix a path that does not begin with '/' with that of
+/// kind 0 and a slash.
 /// \param buffer receives the path
 /// \param size of \p buffer in bytes, the NUL included; a path that does not fit is not reported
 ///     and leaves ""; a size below 1 writes nothing

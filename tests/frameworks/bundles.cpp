@@ -16,18 +16,42 @@ CFBundleRef new_bundle(const std::string &identifier, const BundleParts &parts)
     return reinterpret_cast<CFBundleRef>(&bundle);
 }
 
+/// A URL that belongs to the caller.
+CFURLRef new_file_url(const std::string &path)
+{
+    Object &url = new_object(ObjectKind::Url);
+    url.text = "file://" + path;
+    url.path = path;
+    return reinterpret_cast<CFURLRef>(&url);
+}
+
 /// A URL that belongs to the caller, for a part of a bundle.
 CFURLRef url_of_part(CFBundleRef bundle, std::string BundleParts::*part, const char *call)
 {
     const Object &object = object_of(bundle, ObjectKind::Bundle, call);
     const std::string &path = object.parts.*part;
-    if (!begin_call(call, {object.text}) || path.empty()) {
-        return nullptr;
+    return begin_call(call, {object.text}) && !path.empty() ? new_file_url(path) : nullptr;
+}
+
+/// The same for a directory in the bundle. The real URL has the bundle's as its base, so that its
+/// path begins there.
+CFURLRef url_of_directory(CFBundleRef bundle, std::string BundleParts::*part, const char *call)
+{
+    const CFURLRef url = url_of_part(bundle, part, call);
+    const std::string base = object_of(bundle, ObjectKind::Bundle, call).parts.bundle + "/";
+    if (url != nullptr) {
+        std::string &path = object_of(url, call).path;
+        path.erase(0, path.compare(0, base.size(), base) == 0 ? base.size() : 0);
     }
-    Object &url = new_object(ObjectKind::Url);
-    url.text = "file://" + path;
-    url.path = path;
-    return reinterpret_cast<CFURLRef>(&url);
+    return url;
+}
+
+/// Fails the test unless \p string is null or a string.
+void expect_string_or_null(CFStringRef string, const char *call)
+{
+    if (string != nullptr) {
+        object_of(string, ObjectKind::String, call);
+    }
 }
 
 } // namespace
@@ -84,23 +108,30 @@ CFURLRef CFBundleCopyExecutableURL(CFBundleRef bundle)
 
 CFURLRef CFBundleCopySupportFilesDirectoryURL(CFBundleRef bundle)
 {
-    return url_of_part(bundle, &BundleParts::support_files, "CFBundleCopySupportFilesDirectoryURL");
+    return url_of_directory(bundle, &BundleParts::support_files,
+                            "CFBundleCopySupportFilesDirectoryURL");
 }
 
 CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle)
 {
-    return url_of_part(bundle, &BundleParts::resources, "CFBundleCopyResourcesDirectoryURL");
+    return url_of_directory(bundle, &BundleParts::resources, "CFBundleCopyResourcesDirectoryURL");
 }
 
 CFURLRef CFBundleCopyBuiltInPlugInsURL(CFBundleRef bundle)
 {
-    return url_of_part(bundle, &BundleParts::plug_ins, "CFBundleCopyBuiltInPlugInsURL");
+    return url_of_directory(bundle, &BundleParts::plug_ins, "CFBundleCopyBuiltInPlugInsURL");
 }
 
 CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef name, CFStringRef type,
                                  CFStringRef subdirectory)
 {
     const Object &object = object_of(bundle, ObjectKind::Bundle, "CFBundleCopyResourceURL");
+    for (const CFStringRef string : {name, type, subdirectory}) {
+        expect_string_or_null(string, "CFBundleCopyResourceURL");
+    }
+    if (name == nullptr) {
+        ADD_FAILURE() << "CFBundleCopyResourceURL: null instead of a name";
+    }
     const bool works =
         begin_call("CFBundleCopyResourceURL",
                    {object.text, described(name), described(type), described(subdirectory)});
@@ -108,8 +139,5 @@ CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef name, CFStringR
     if (!works || name == nullptr || place == object.parts.resource_paths.end()) {
         return nullptr;
     }
-    Object &url = new_object(ObjectKind::Url);
-    url.text = "file://" + place->second;
-    url.path = place->second;
-    return reinterpret_cast<CFURLRef>(&url);
+    return new_file_url(place->second);
 }

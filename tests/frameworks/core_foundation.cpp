@@ -86,6 +86,9 @@ CFStringEncoding CFStringGetSystemEncoding(void)
 
 CFStringRef CFStringCreateWithCString(CFAllocatorRef, const char *text, CFStringEncoding encoding)
 {
+    if (text == nullptr) {
+        crash("CFStringCreateWithCString", "null instead of a string");
+    }
     const bool works = begin_call("CFStringCreateWithCString", {text, hexadecimal(encoding)});
     const std::optional<std::string> utf8 = decode(text, encoding);
     return works && utf8 ? new_string(*utf8) : nullptr;
@@ -97,6 +100,9 @@ Boolean CFStringGetCString(CFStringRef string, char *buffer, CFIndex size,
     const std::string &utf8 = object_of(string, ObjectKind::String, "CFStringGetCString").text;
     const bool works =
         begin_call("CFStringGetCString", {utf8, std::to_string(size), hexadecimal(encoding)});
+    if (buffer == nullptr && size > 0) {
+        crash("CFStringGetCString", "null instead of a buffer");
+    }
     bool whole = works;
     std::string bytes = encode(utf8, encoding, whole);
     if (size <= 0) {
@@ -115,6 +121,12 @@ Boolean CFStringGetCString(CFStringRef string, char *buffer, CFIndex size,
 CFURLRef CFURLCreateWithBytes(CFAllocatorRef, const UInt8 *bytes, CFIndex length,
                               CFStringEncoding encoding, CFURLRef base)
 {
+    if (length < 0 || (bytes == nullptr && length > 0)) {
+        crash("CFURLCreateWithBytes", "no such bytes");
+    }
+    if (base != nullptr) {
+        object_of(base, ObjectKind::Url, "CFURLCreateWithBytes");
+    }
     const std::string text(reinterpret_cast<const char *>(bytes), static_cast<std::size_t>(length));
     const bool works =
         begin_call("CFURLCreateWithBytes", {text, hexadecimal(encoding), described(base)});
@@ -146,6 +158,9 @@ const void *CFDictionaryGetValue(CFDictionaryRef dictionary, const void *key)
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void *value)
 {
     const Object &object = object_of(number, ObjectKind::Number, "CFNumberGetValue");
+    if (value == nullptr) {
+        crash("CFNumberGetValue", "null instead of a place for the number");
+    }
     const bool works = begin_call("CFNumberGetValue", {std::to_string(static_cast<CFIndex>(type))});
     switch (type) {
     case kCFNumberSInt8Type:

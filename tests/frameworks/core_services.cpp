@@ -27,6 +27,9 @@ std::string described(const FSRef &ref)
 OSErr Gestalt(OSType selector, SInt32 *response)
 {
     begin_call("Gestalt", {std::to_string(selector)});
+    if (response == nullptr) {
+        crash("Gestalt", "null instead of a place for the response");
+    }
     if (stand_ins.gestalt_error == noErr) {
         *response = stand_ins.gestalt_response;
     }
@@ -35,6 +38,9 @@ OSErr Gestalt(OSType selector, SInt32 *response)
 
 OSStatus FSPathMakeRef(const UInt8 *path, FSRef *ref, Boolean *)
 {
+    if (path == nullptr || ref == nullptr) {
+        return paramErr;
+    }
     const std::string text(reinterpret_cast<const char *>(path));
     if (!begin_call("FSPathMakeRef", {text}) || stand_ins.files.count(text) == 0) {
         return fnfErr;
@@ -48,6 +54,9 @@ OSStatus FSPathMakeRef(const UInt8 *path, FSRef *ref, Boolean *)
 OSStatus LSOpenFSRef(const FSRef *ref, FSRef *launched)
 {
     begin_call("LSOpenFSRef", {given_or_null(launched)});
+    if (ref == nullptr) {
+        return paramErr;
+    }
     stand_ins.opened.push_back(described(*ref));
     stand_ins.opened_ref.assign(reinterpret_cast<const char *>(ref->hidden), sizeof ref->hidden);
     return stand_ins.open_status;

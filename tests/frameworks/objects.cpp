@@ -36,13 +36,13 @@ Object *find_object(CFTypeRef reference)
     return nullptr;
 }
 
-[[noreturn]] void end_process(const char *call, const char *reason)
+} // namespace
+
+void crash(const char *call, const char *reason)
 {
     std::fprintf(stderr, "%s: %s\n", call, reason);
     std::abort();
 }
-
-} // namespace
 
 Object &new_object(ObjectKind kind)
 {
@@ -60,11 +60,11 @@ CFStringRef new_string(const std::string &utf8)
 Object &object_of(CFTypeRef reference, const char *call)
 {
     if (reference == nullptr) {
-        end_process(call, "null instead of an object");
+        crash(call, "null instead of an object");
     }
     Object *const object = find_object(reference);
     if (object == nullptr) {
-        end_process(call, "no object");
+        crash(call, "no object");
     }
     if (object->references <= 0) {
         ADD_FAILURE() << call << " uses an object that is gone: " << described(*object);

@@ -24,6 +24,9 @@ struct Object {
 Object &new_object(ObjectKind kind);
 CFStringRef new_string(const std::string &utf8);
 
+/// Ends the process, as the real call crashes there.
+[[noreturn]] void crash(const char *call, const char *reason);
+
 /// The object of a reference, which fails the test when there is none or it is gone. Ends the
 /// process for null.
 /// \param call the name of the call that asks

@@ -4,6 +4,7 @@
 ///
 /// An object used wrongly (released too often, used after its release, of the wrong kind) fails the
 /// test that runs; a null object where there must be one ends the process, as it does there.
+/// README.md lists what each call does with null, a wrong type and a buffer that is too small.
 #pragma once
 
 #include <CoreServices/CoreServices.h>
@@ -55,7 +56,9 @@ struct FrameworkStandIns {
 };
 extern FrameworkStandIns stand_ins;
 
-/// The paths of the parts of a bundle, in UTF-8; an empty one is a part that it does not have.
+/// The absolute paths of the parts of a bundle, in UTF-8; an empty one is a part that it does not
+/// have. The calls for the support files, resources and plug-ins give paths below the bundle as
+/// relative ones, as on the real system.
 struct BundleParts {
     std::string bundle{};
     std::string executable{};

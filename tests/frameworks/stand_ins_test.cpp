@@ -146,10 +146,99 @@ TEST_F(StandIns, FailATestThatMistakesTheKindOfAnObject)
 
 TEST_F(StandIns, EndTheProcessForNullInsteadOfAnObject)
 {
-    for (void (*const action)() : {+[] { CFRelease(nullptr); }, +[] { CFGetTypeID(nullptr); },
-                                   +[] { CFBundleCopyBundleURL(nullptr); },
-                                   +[] { CFBundleGetBundleWithIdentifier(nullptr); }}) {
+    for (void (*const action)() :
+         {+[] { CFRelease(nullptr); }, +[] { CFGetTypeID(nullptr); }, +[] { CFRetain(nullptr); },
+          +[] { CFBundleCopyBundleURL(nullptr); }, +[] { CFBundleCopyExecutableURL(nullptr); },
+          +[] { CFBundleCopySupportFilesDirectoryURL(nullptr); },
+          +[] { CFBundleCopyResourcesDirectoryURL(nullptr); },
+          +[] { CFBundleCopyBuiltInPlugInsURL(nullptr); },
+          +[] { CFBundleCopyResourceURL(nullptr, CFSTR("a"), nullptr, nullptr); },
+          +[] { CFBundleGetBundleWithIdentifier(nullptr); },
+          +[] { CFURLCopyFileSystemPath(nullptr, kCFURLPOSIXPathStyle); },
+          +[] { CFDictionaryGetValue(nullptr, CFSTR("a")); },
+          +[] { CFDictionaryGetValue(proxies_with(text_value("")), nullptr); },
+          +[] {
+              int n;
+              CFNumberGetValue(nullptr, kCFNumberIntType, &n);
+          },
+          +[] {
+              char c;
+              CFStringGetCString(nullptr, &c, 1, kCFStringEncodingASCII);
+          },
+          +[] { LSOpenCFURLRef(nullptr, nullptr); }}) {
         EXPECT_EQ(run_in_child(action).signal, SIGABRT);
+    }
+}
+
+TEST_F(StandIns, EndTheProcessForANullPlace)
+{
+    for (void (*const action)() :
+         {+[] { string_of(nullptr); },
+          +[] { CFStringGetCString(string_of("a"), nullptr, 2, kCFStringEncodingASCII); },
+          +[] { CFURLCreateWithBytes(nullptr, nullptr, 1, kCFStringEncodingASCII, nullptr); },
+          +[] {
+              CFURLCreateWithBytes(nullptr, reinterpret_cast<const UInt8 *>("a"), -1,
+                                   kCFStringEncodingASCII, nullptr);
+          },
+          +[] {
+              CFNumberGetValue(static_cast<CFNumberRef>(CFDictionaryGetValue(
+                                   proxies_with(integer_value(1)), kSCPropNetProxiesHTTPPort)),
+                               kCFNumberIntType, nullptr);
+          },
+          +[] { Gestalt(gestaltSystemVersion, nullptr); }}) {
+        EXPECT_EQ(run_in_child(action).signal, SIGABRT);
+    }
+}
+
+TEST_F(StandIns, FailATestThatNamesNoResource)
+{
+    set_main_bundle({"/T", "", "", "", "", {{"null", "/T/null"}}});
+    const CFBundleRef bundle = CFBundleGetMainBundle();
+    EXPECT_TRUE(contains(failures_of([&] {
+                             EXPECT_EQ(CFBundleCopyResourceURL(bundle, nullptr, nullptr, nullptr),
+                                       nullptr);
+                         }),
+                         "null instead of a name"));
+}
+
+TEST_F(StandIns, FailATestThatNamesAnUnknownEncoding)
+{
+    constexpr CFStringEncoding unknown = 0xffffffff;
+    const CFStringRef string = string_of("a");
+    char buffer[2] = "#";
+    for (const std::string &failures :
+         {failures_of([] { EXPECT_EQ(CFStringCreateWithCString(nullptr, "a", unknown), nullptr); }),
+          failures_of([&] { EXPECT_EQ(CFStringGetCString(string, buffer, 2, unknown), 0); }),
+          failures_of([] {
+              EXPECT_EQ(CFURLCreateWithBytes(nullptr, reinterpret_cast<const UInt8 *>("a"), 1,
+                                             unknown, nullptr),
+                        nullptr);
+          })}) {
+        EXPECT_TRUE(contains(failures, "do not know"));
+    }
+    CFRelease(string);
+}
+
+TEST_F(StandIns, RefuseNullFileReferences)
+{
+    FSRef ref = {};
+    stand_ins.files = {"/a"};
+    EXPECT_EQ(FSPathMakeRef(nullptr, &ref, nullptr), paramErr);
+    EXPECT_EQ(FSPathMakeRef(reinterpret_cast<const UInt8 *>("/a"), nullptr, nullptr), paramErr);
+    EXPECT_EQ(LSOpenFSRef(nullptr, nullptr), paramErr);
+    EXPECT_TRUE(stand_ins.opened.empty());
+}
+
+TEST_F(StandIns, MakeNoStringOfIllFormedUtf8)
+{
+    for (const char *const text : {"\xc0\x80", "\xe0\x80\x80", "\xed\xa0\x80", "\xf0\x80\x80\x80",
+                                   "\xf4\x90\x80\x80", "\xf5\x80\x80\x80", "\xc3", "\x80"}) {
+        SCOPED_TRACE(text);
+        EXPECT_EQ(string_of(text), nullptr);
+    }
+    for (const char *const text : {"\xe0\xa0\x80", "\xed\x9f\xbf", "\xf4\x8f\xbf\xbf"}) {
+        SCOPED_TRACE(text);
+        CFRelease(string_of(text));
     }
 }
 

@@ -23,7 +23,11 @@ std::size_t utf8_length(const std::string &text, std::size_t i)
             return 0;
         }
     }
-    return length;
+    // Overlong forms, surrogates and what is past U+10FFFF.
+    const unsigned second = byte_at(text, i + 1);
+    const bool refused = (lead == 0xe0 && second < 0xa0) || (lead == 0xed && second >= 0xa0) ||
+                         (lead == 0xf0 && second < 0x90) || (lead == 0xf4 && second >= 0x90);
+    return refused ? 0 : length;
 }
 
 bool is_utf8(const std::string &text)
@@ -97,6 +101,8 @@ std::string encode(const std::string &utf8, CFStringEncoding encoding, bool &who
     }
     if (encoding != kCFStringEncodingASCII && encoding != kCFStringEncodingISOLatin1) {
         ADD_FAILURE() << "an encoding that the stand-ins do not know: " << encoding;
+        whole = false;
+        return {};
     }
     const unsigned limit = encoding == kCFStringEncodingISOLatin1 ? 0x100 : 0x80;
     std::string bytes;

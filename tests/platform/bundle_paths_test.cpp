@@ -43,12 +43,23 @@ TEST_F(MainBundlePath, FindsEachKindOfPath)
     set_main_bundle(tool_parts());
     for (const Case &c :
          {Case{0, "/Apps/Tool.app"}, Case{1, "/Apps/Tool.app/Contents/MacOS/Tool"},
-          Case{2, "/Apps/Tool.app/Contents"}, Case{3, "/Apps/Tool.app/Contents/Resources"},
-          Case{4, "/Apps/Tool.app/Contents/PlugIns"}}) {
+          Case{2, "Contents"}, Case{3, "Contents/Resources"}, Case{4, "Contents/PlugIns"}}) {
         SCOPED_TRACE(c.kind);
         EXPECT_EQ(path_of_kind(c.kind), buffer.data());
         EXPECT_EQ(buffer.text(), c.path);
     }
+}
+
+TEST_F(MainBundlePath, GivesAbsoluteDirectoriesOutsideABundleButPlugIns)
+{
+    set_main_bundle({"/bin", "/bin/tool", "/bin", "/bin", "/bin/PlugIns", {}});
+    for (const int kind : {0, 2, 3}) {
+        SCOPED_TRACE(kind);
+        path_of_kind(kind);
+        EXPECT_EQ(buffer.text(), "/bin");
+    }
+    path_of_kind(4);
+    EXPECT_EQ(buffer.text(), "PlugIns");
 }
 
 TEST_F(MainBundlePath, TakesAnyOtherKindForTheBundleItself)
