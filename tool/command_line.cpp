@@ -2,17 +2,14 @@
 
 #include <cstring>
 #include <string>
-#include <unistd.h>
 
 #include "support/c-utils.h"
 #include "support/error.h"
-#include "support/options.h"
 #include "tool/command_line_checks.h"
+#include "tool/command_line_scan.h"
 #include "tool/option_table.h"
 #include "tool/output.h"
 #include "tool/password.h"
-#include "tool/terminal.h"
-#include "tool/usage_text.h"
 
 namespace {
 
@@ -102,20 +99,25 @@ void take_secret(given_secret &secret, char *argument)
     std::memset(argument, '*', length);
 }
 
-/// \return false for an option that the parser has already complained of.
-bool take_option(command_line &line, given_options &given, int code)
+void store_option(command_line &line, given_options &given, const scanned_argument &option)
 {
-    if (const char **const argument = place_of_argument(line, given, code)) {
-        *argument = option_argument;
-    } else if (bool *const place = place_of_switch(line, code)) {
+    if (const char **const argument = place_of_argument(line, given, option.code)) {
+        *argument = option.argument;
+    } else if (bool *const place = place_of_switch(line, option.code)) {
         *place = true;
-    } else if (given_secret *const secret = place_of_secret(given, code)) {
-        take_secret(*secret, option_argument);
-    } else {
-        return false;
+    } else if (given_secret *const secret = place_of_secret(given, option.code)) {
+        take_secret(*secret, option.argument);
     }
-    given.options.push_back(static_cast<option_meaning>(code));
-    return true;
+    given.options.push_back(static_cast<option_meaning>(option.code));
+}
+
+void store_operand(command_line &line, const char *operand)
+{
+    if (line.command == nullptr) {
+        line.command = operand;
+    } else {
+        line.operands.push_back(operand);
+    }
 }
 
 /// Whether the command is `update`, whose "-version" differs from the program's. Reads the line
@@ -123,42 +125,55 @@ bool take_option(command_line &line, given_options &given, int code)
 bool command_is_update(int count, char **vector)
 {
     const std::vector<long_option> table = parser_table(true);
-    std::vector<char *> elements(vector, vector + count + 1); // the scan changes their order
-    option_index = 0;
-    option_errors = 0;
-    while (get_long_options_only(count, elements.data(), "", table.data(), nullptr) != -1) {
+    argument_scan scan = begin_scan(count, vector, table);
+    scanned_argument argument = next_argument(scan);
+    while (argument.kind == ARGUMENT_OPTION || argument.kind == ARGUMENT_ERROR) {
+        argument = next_argument(scan);
     }
-    option_errors = 1;
-    return option_index < count &&
-           meaning_of_command(elements[static_cast<std::size_t>(option_index)]) == COMMAND_UPDATE;
+    return argument.kind == ARGUMENT_OPERAND &&
+           meaning_of_command(argument.element) == COMMAND_UPDATE;
 }
 
-bool read_options(int count, char **vector, command_line &line, given_options &given)
+/// "-version=" may come from an empty variable; the parser would take the next element.
+bool is_version_without_number(const scanned_argument &option)
+{
+    return option.code == OPTION_VERSION && option.argument != nullptr &&
+           option.element[std::strlen(option.element) - 1] == '=';
+}
+
+/// Reads everything also after an error: passwords are still blanked and -automated still counts.
+/// \return the first error; empty if there is none.
+std::string read_arguments(int count, char **vector, command_line &line, given_options &given)
 {
     const std::vector<long_option> table = parser_table(command_is_update(count, vector));
-    option_index = 0;
-    int code;
-    while ((code = get_long_options_only(count, vector, "", table.data(), nullptr)) != -1) {
-        if (!take_option(line, given, code)) {
-            return false;
+    argument_scan scan = begin_scan(count, vector, table);
+    std::string error;
+    scanned_argument argument = next_argument(scan);
+    for (; argument.kind != ARGUMENT_END; argument = next_argument(scan)) {
+        if (argument.kind == ARGUMENT_OPERAND) {
+            store_operand(line, argument.element);
+        } else if (argument.kind == ARGUMENT_OPTION && !is_version_without_number(argument)) {
+            store_option(line, given, argument);
+        } else if (error.empty()) {
+            error = argument.kind == ARGUMENT_ERROR ? argument.error
+                                                    : "option -version needs an argument";
         }
     }
-    if (option_index < count) {
-        line.command = vector[option_index];
-        line.operands.assign(vector + option_index + 1, vector + count);
-    }
-    return true;
+    return error;
 }
 
-/// The work of read_command_line(), which looks after \p given.
 bool read_given(int count, char **vector, command_line &line, given_options &given)
 {
-    if (!read_options(count, vector, line, given)) {
-        print_indented("Try 'corvella -help'.\n");
-        return false;
-    }
+    const std::string error = read_arguments(count, vector, line, given);
     if (line.automated) {
         frame_output();
+    }
+    if (line.output != nullptr && std::strcmp(line.output, "-") == 0) {
+        line.output = nullptr;
+    }
+    if (!error.empty()) {
+        complain_of_usage(error);
+        return false;
     }
     return check_options(line, given);
 }
@@ -180,6 +195,6 @@ bool read_command_line(int count, char **vector, command_line &line)
 
 void complain_of_usage(const std::string &complaint)
 {
-    report_message(9, "%s", complaint.c_str());
-    print_indented("%s", usage_text(terminal_columns(STDERR_FILENO)).c_str());
+    report_error(complaint);
+    print_indented("Try 'corvella -help'.\n");
 }

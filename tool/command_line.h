@@ -25,12 +25,12 @@ struct command_line {
     const char *command;                ///< the first operand, or null
     std::vector<const char *> operands; ///< those behind the command
     bool show_help;
-    bool show_version;
+    bool show_version; ///< only without a command
     bool show_header;
     bool automated;
     bool quiet;
     bool verbose;
-    const char *output; ///< a file's path, or null
+    const char *output; ///< a file's path; null for standard output
     bool keep_partial;
     bool keep_body;
     const char *data; ///< what post sends instead of fields: a file's path, "-", or null
@@ -41,10 +41,9 @@ struct command_line {
     ProxySettings proxy; ///< its user and password are those of -user and -pass where given
 };
 
-/// Reads the arguments; complains to standard error of what cannot be read.
-/// Blanks the password in \p vector, so that nobody reads it off the list of processes from then
-/// on. \return false when the command line is invalid and all that is to say has been said.
+/// Reads the arguments. Blanks passwords in \p vector, so that the list of processes shows them no
+/// longer. \return false after reporting an error.
 bool read_command_line(int count, char **vector, command_line &line);
 
-/// Complains of a command line and shows the usage text, both on standard error.
+/// Reports a usage error and refers to -help. Sanitizes \p complaint for a terminal.
 void complain_of_usage(const std::string &complaint);

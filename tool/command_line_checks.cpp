@@ -2,41 +2,19 @@
 
 #include <cstring>
 #include <string>
+#include <unistd.h>
 
 #include "support/c-utils.h"
+#include "support/error.h"
+#include "tool/decimal.h"
+#include "tool/terminal.h"
 #include "tool/url.h"
+#include "tool/usage_text.h"
 
 namespace {
 
 constexpr double least_seconds = 0.001;
 constexpr double most_seconds = 1'000'000;
-
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-/// Reads digits with at most one decimal point, whatever the locale.
-/// \return 0 for anything else.
-double parse_seconds(const char *text)
-{
-    double seconds = 0;
-    double unit = 1;
-    bool has_point = false;
-    bool has_digit = false;
-    for (; *text != '\0'; ++text) {
-        if (is_digit(*text)) {
-            has_digit = true;
-            unit = has_point ? unit / 10 : unit;
-            seconds = has_point ? seconds + unit * (*text - '0') : seconds * 10 + (*text - '0');
-        } else if (*text == '.' && !has_point) {
-            has_point = true;
-        } else {
-            return 0;
-        }
-    }
-    return has_digit ? seconds : 0;
-}
 
 bool fail(const std::string &complaint)
 {
@@ -49,8 +27,8 @@ bool check_max_time(command_line &line, const given_options &given)
     if (given.max_time == nullptr) {
         return true;
     }
-    line.max_time = parse_seconds(given.max_time);
-    return (line.max_time >= least_seconds && line.max_time <= most_seconds) ||
+    const bool is_number = parse_decimal(given.max_time, line.max_time);
+    return (is_number && line.max_time >= least_seconds && line.max_time <= most_seconds) ||
            fail("-max-time takes seconds from 0.001 to 1000000.");
 }
 
@@ -148,14 +126,16 @@ bool check_command_options(command_line &line, const given_options &given)
 bool check_options(command_line &line, const given_options &given)
 {
     if (!fill_proxy(line, given)) {
-        return fail("-proxy takes host:port, with a port from 1 to 65535.");
+        report_message(9, "-proxy takes host:port, with a port from 1 to 65535.");
+        print_indented("%s", usage_text(terminal_columns(STDERR_FILENO)).c_str());
+        return false;
     }
     if (line.quiet && line.verbose) {
         return fail("-quiet and -verbose exclude each other.");
     }
     if (line.show_help || line.command == nullptr ||
         meaning_of_command(line.command) == NO_COMMAND) {
-        return true;
+        return true; // an unknown command is reported later
     }
     return check_command_options(line, given);
 }

@@ -49,7 +49,7 @@ exit_status run(int count, char **vector)
         return write_standard_output(text) ? EXIT_DONE : EXIT_FAILED;
     }
     exit_status status = EXIT_DONE;
-    if (line.show_version) {
+    if (line.show_version && line.command == nullptr) {
         say_result("version", "corvella " CORVELLA_VERSION);
     } else {
         status = run_command(line);

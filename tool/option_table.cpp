@@ -46,7 +46,10 @@ constexpr program_option update_options[] = {
 
 constexpr program_option general_options[] = {
     {"automated", nullptr, OPTION_AUTOMATED, "Frame the output for an automated run."},
-    {"help", nullptr, OPTION_HELP, "Show how the program is used."},
+    {"help", nullptr, OPTION_HELP, "Show how the program is used; also -h."},
+};
+
+constexpr program_option lone_options[] = {
     {"version", nullptr, OPTION_SHOW_VERSION, "Show the program's version."},
 };
 
@@ -95,6 +98,7 @@ const std::vector<option_group> &option_groups()
         group_of("Options of post", {"post"}, post_options),
         group_of("Options of update", {"update"}, update_options),
         group_of("General options", {}, general_options),
+        group_of("Options without a command", {""}, lone_options),
     };
     return groups;
 }
@@ -123,11 +127,10 @@ command_meaning meaning_of_command(const char *name)
 
 std::vector<program_option> options_of(const char *command)
 {
-    const bool updates = meaning_of_command(command) == COMMAND_UPDATE;
     std::vector<program_option> options;
     for (const option_group &group : option_groups()) {
         for (const program_option &option : group) {
-            if (goes_with(group, command) && !gives_way(option, updates)) {
+            if (goes_with(group, command)) {
                 options.push_back(option);
             }
         }
@@ -137,7 +140,8 @@ std::vector<program_option> options_of(const char *command)
 
 std::vector<long_option> parser_table(bool updates)
 {
-    std::vector<long_option> table;
+    // An exact name, so that -header does not make it ambiguous.
+    std::vector<long_option> table = {{"h", 0, nullptr, OPTION_HELP}};
     for (const option_group &group : option_groups()) {
         for (const program_option &option : group) {
             if (!gives_way(option, updates)) {

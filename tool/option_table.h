@@ -66,7 +66,7 @@ struct program_option {
 /// Options that go with the same commands.
 struct option_group {
     const char *heading;
-    std::vector<const char *> commands; ///< none: all of them
+    std::vector<const char *> commands; ///< empty for all of them; {""} for options without any
     const program_option *first;
     const program_option *behind_last;
 };
@@ -93,8 +93,7 @@ const std::vector<exit_status_meaning> &exit_status_meanings();
 /// \return what a name means as a command.
 command_meaning meaning_of_command(const char *name);
 
-/// \return the options that go with \p command. "-version" asks for the program's own version,
-/// except with `update`, which takes the product's.
+/// \return the options of \p command; "" for those without a command.
 std::vector<program_option> options_of(const char *command);
 
 /// \return the parser's table, which has the options of all commands. \param updates whether the

@@ -1,10 +1,13 @@
+#include <algorithm>
 #include <cstring>
+#include <limits>
 #include <string>
 #include <strings.h>
 #include <sys/utsname.h>
 
 #include "support/c-utils.h"
 #include "tool/commands.h"
+#include "tool/decimal.h"
 #include "tool/desktop.h"
 #include "tool/exchange.h"
 #include "tool/output.h"
@@ -43,6 +46,24 @@ const char *given_or(const char *given, const char *otherwise)
     return given != nullptr ? given : otherwise;
 }
 
+/// Whether the query sends the value that was typed: it has single precision and three decimals.
+bool is_sent_unchanged(const std::string &typed, double number)
+{
+    if (!(number <= static_cast<double>(std::numeric_limits<float>::max()))) {
+        return false;
+    }
+    char sent[64];
+    format_string_bounded(sent, sizeof sent, "%.3f",
+                          static_cast<double>(static_cast<float>(number)));
+    const std::size_t point = std::min(typed.find('.'), typed.size());
+    const std::size_t first = std::min(typed.find_first_not_of('0'), point);
+    const std::string whole = typed.substr(first, point - first);
+    std::string decimals = point < typed.size() ? typed.substr(point + 1) : "";
+    decimals.erase(decimals.find_last_not_of('0') + 1);
+    decimals.resize(std::max<std::size_t>(decimals.size(), 3), '0');
+    return (whole.empty() ? "0" : whole) + "." + decimals == sent;
+}
+
 /// \return false, after a complaint, when something required is missing or wrong.
 bool check_options(const update_options &options, float &version)
 {
@@ -51,11 +72,17 @@ bool check_options(const update_options &options, float &version)
         complain_of_usage("update needs -product, -productline and -version.");
         return false;
     }
-    const std::size_t digits = std::strspn(options.version, "0123456789.");
-    if (options.version[digits] != '\0' || parse_float(options.version, &version) == 0) {
+    double number;
+    if (!parse_decimal(options.version, number)) {
         complain_of_usage("-version takes a number such as 5.1.");
         return false;
     }
+    if (!is_sent_unchanged(options.version, number)) {
+        complain_of_usage(std::string("-version ") + options.version +
+                          " has more digits than can be sent.");
+        return false;
+    }
+    version = static_cast<float>(number);
     return true;
 }
 

@@ -181,7 +181,7 @@ TEST(AutomatedHelp, IsNotFramed)
     EXPECT_FALSE(contains(help, "CORVELLATEST"));
 }
 
-TEST(AutomatedComplaint, IsFramedAndTheUsageTextIsNot)
+TEST(AutomatedComplaint, IsFramedWithoutTheHint)
 {
     struct {
         Arguments arguments;
@@ -196,15 +196,15 @@ TEST(AutomatedComplaint, IsFramedAndTheUsageTextIsNot)
         const ProgramResult result = run_automated(arguments);
         EXPECT_EQ(result.exit_status, 2) << complaint;
         EXPECT_EQ(result.out, frame("Error: " + std::string(complaint) + "\a"));
-        EXPECT_TRUE(contains(result.err, "Usage: corvella ")) << result.err;
+        EXPECT_TRUE(contains(result.err, "Try 'corvella -help'.\n")) << result.err;
     }
 }
 
-TEST(AutomatedComplaint, OfAnUnknownOptionIsNotFramed)
+TEST(AutomatedComplaint, OfAnUnknownOptionIsFramed)
 {
     const ProgramResult result = run_automated({"describe", "-bogus"});
     EXPECT_EQ(result.exit_status, 2);
-    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.out, frame("Error: unknown option -bogus\a"));
 }
 
 /// A socket that keeps what is written to it at a time apart.

@@ -36,18 +36,19 @@ read -r -a commands <<<"$(tr '\n' ' ' <help.commands)"
 options_of_commands() {
     awk -v all="${commands[*]}" '
         /^= General options/ { count = split(all, names, " "); next }
+        /^= Options without a command/ { count = 0; next }
         /^= Options of / {
             gsub(/^= Options of |,| and/, "")
             count = split($0, names, " ")
         }
         /^-/ { for (i = 1; i <= count; ++i) print names[i], $1 }'
 }
-sed -nE 's/^(Options of .*|General options):$/= \1/p; s/^  (-[a-z-]+).*/\1/p' help |
+sed -nE 's/^(Options .*|General options):$/= \1/p; s/^  (-[a-z-]+).*/\1/p' help |
     options_of_commands >help.options
 
 # The manual page says the same.
 sed -nE 's/^\.It Cm ([a-z]+).*/\1/p' "$lists/corvella.1" >manual.commands
-sed -nE 's/^\.Ss (Options of .*|General options)$/= \1/p; s/^\.It Fl ([a-z-]+).*/-\1/p' \
+sed -nE 's/^\.Ss (Options .*|General options)$/= \1/p; s/^\.It Fl ([a-z-]+).*/-\1/p' \
     "$lists/corvella.1" | options_of_commands >manual.options
 expect_same commands help.commands manual.commands
 expect_same options help.options manual.options
@@ -61,7 +62,7 @@ for command in "${commands[@]}"; do
         said=$("$program" "$command" "$option" 127.0.0.1:1 2>&1 || true)
         case $said in
         *'There is no command'*) fail "the program does not know $command" ;;
-        *'invalid option'* | *'is ambiguous'*) fail "the parser does not know $option" ;;
+        *'unknown option'* | *'ambiguous option'*) fail "the parser does not know $option" ;;
         *'does not go with'*) ;;
         *) echo "$command $option" ;;
         esac

@@ -45,6 +45,16 @@ std::string update_url()
     return "http://www." CORVELLA_MAKER_DOMAIN "/version-update.php";
 }
 
+std::string error_text(const std::string &text)
+{
+    return "Error: " + text + "\nError: " + text + "\a\n";
+}
+
+std::string usage_error_text(const std::string &text)
+{
+    return error_text(text) + "Try 'corvella -help'.\n";
+}
+
 std::string url_of(const ScriptedServer &server, std::string_view path)
 {
     return "http://" + proxy_of(server) + std::string(path);

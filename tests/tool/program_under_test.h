@@ -22,6 +22,11 @@ std::string corvella_version();
 /// Where the update query goes.
 std::string update_url();
 
+/// An error on standard error: from the print path, and from the message hook with a bell.
+std::string error_text(const std::string &text);
+/// All of standard error after a usage error.
+std::string usage_error_text(const std::string &text);
+
 /// The address of a page of \p server.
 std::string url_of(const ScriptedServer &server, std::string_view path = "/page");
 /// A server as the argument of -proxy.

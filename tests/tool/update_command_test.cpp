@@ -112,7 +112,7 @@ TEST(UpdateCommand, TakesTheProductsVersionWhereverItStands)
 }
 
 // The word alone does not make it the command.
-TEST(UpdateCommand, OtherCommandsShowTheProgramsVersionBesideAWordUpdate)
+TEST(UpdateCommand, OnlyTheFirstOperandIsTheCommand)
 {
     const Arguments cases[] = {
         {"get", "http://127.0.0.1:1/", "-output", "update", "-version"},
@@ -122,9 +122,9 @@ TEST(UpdateCommand, OtherCommandsShowTheProgramsVersionBesideAWordUpdate)
     };
     for (const Arguments &arguments : cases) {
         const ProgramResult result = run_corvella(arguments);
-        EXPECT_EQ(result.exit_status, 0) << arguments[0] << " " << arguments[1] << result.err;
-        EXPECT_EQ(result.out, "corvella " + corvella_version() + "\n");
-        EXPECT_EQ(result.err, "");
+        EXPECT_EQ(result.exit_status, 2) << arguments[0] << " " << arguments[1] << result.err;
+        EXPECT_EQ(result.out, "");
+        EXPECT_TRUE(contains(result.err, "-version does not go with ")) << result.err;
     }
 }
 
@@ -134,8 +134,15 @@ TEST(UpdateCommand, PrintsTheVersionNumberWithThreeDecimals)
         const char *given;
         const char *posted;
     } const cases[] = {
-        {"5.1", "5%2e100"},    {"5", "5%2e000"},     {"0.0625", "0%2e062"},
-        {"1.9996", "2%2e000"}, {"10.4", "10%2e400"},
+        {"5.1", "5%2e100"},
+        {"5", "5%2e000"},
+        {"0.062", "0%2e062"},
+        {"5.", "5%2e000"},
+        {".5", "0%2e500"},
+        {"10.4000", "10%2e400"},
+        {"007.120", "7%2e120"},
+        {"12345.678", "12345%2e678"},
+        {"16777216", "16777216%2e000"},
     };
     for (const auto &[given, posted] : cases) {
         const std::string form =
