@@ -5,12 +5,15 @@
 #include <cstring>
 #include <ctime>
 
+#include "support/c-utils/calendar_formulas.h"
 #include "support/c-utils/characters.h"
 #include "support/c-utils/copy.h"
 #include "support/c-utils/decimal.h"
 
 const char *const month_names[13] = {"???", "jan", "feb", "mar", "apr", "may", "jun",
                                      "jul", "aug", "sep", "oct", "nov", "dec"};
+
+using corvella::wrapped;
 
 namespace {
 
@@ -23,45 +26,43 @@ const char *month_name(std::int32_t month)
     return month_names[month >= 1 && month <= 12 ? month : 0];
 }
 
-/// Takes the low 32 bits.
-template <typename integer> std::int32_t wrapped(integer value)
+// The results of the formulas for the dates in use, in 32 bits, after Neri and Schneider,
+// "Euclidean affine functions and their application to calendar algorithms", Software: Practice and
+// Experience 53 (2023), page 937. Years begin in March, so that the leap day is the last of its
+// year, and count from the year -4800. Divisions are multiplications by a reciprocal, exact within
+// these bounds.
+
+constexpr std::uint32_t year_offset = 4800;
+constexpr std::uint32_t day_offset = 32044; // from 1 March of the year -4800 to day 0
+constexpr std::uint32_t usual_years = 24000;
+constexpr std::uint32_t usual_days = 7000000;
+
+/// The days between 1 March and the first of each month from January on.
+constexpr std::int16_t days_to_month[12] = {306, 337, 0, 31, 61, 92, 122, 153, 184, 214, 245, 275};
+
+/// \p month_index is 0 for January, \p years at least 1.
+std::int32_t usual_day_number(std::uint32_t years, std::uint32_t month_index, std::uint32_t day)
 {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
+    const std::uint32_t year = years - (month_index < 2 ? 1 : 0);
+    const std::uint32_t century = year * 5243 >> 19; // year / 100
+    return wrapped(1461 * year / 4 - century + century / 4 +
+                   static_cast<std::uint32_t>(days_to_month[month_index]) + day - 1 - day_offset);
 }
 
-struct date {
-    std::int32_t year, month, day;
-};
-
-// Both formulas in either of two kinds of integer, whose divisions truncate toward zero: 64 bits
-// hold every intermediate value of every argument; 32 bits without a sign are faster and hold those
-// of the dates in use, of which only the last sums may pass below zero, to be wrapped back.
-constexpr std::int32_t usual_years = 1000000;
-constexpr std::int32_t usual_days = 365000000;
-
-template <typename integer>
-std::int32_t day_number_of(std::int32_t year_number, std::int32_t month_number,
-                           std::int32_t day_number)
+/// \p days is the number of days since 1 March of the year -4800.
+void usual_date(std::uint32_t days, std::int32_t *year, std::int32_t *month, std::int32_t *day)
 {
-    const auto year = static_cast<integer>(year_number);
-    const auto month = static_cast<integer>(month_number);
-    const integer a = (14 - month) / 12;
-    const integer y = year - a;
-    return wrapped(1461 * (y + 4800) / 4 + 367 * (month + 12 * a - 2) / 12 -
-                   3 * ((y + 4900) / 100) / 4 + static_cast<integer>(day_number) - 32075);
-}
-
-template <typename integer> date date_of(std::int32_t day_number)
-{
-    integer l = static_cast<integer>(day_number) + 68569;
-    const integer k = 4 * l / 146097;
-    l -= (146097 * k + 3) / 4;
-    const integer i = 4000 * (l + 1) / 1461001;
-    l = l - 1461 * i / 4 + 31;
-    const integer j = 80 * l / 2447;
-    const integer day = l - 2447 * j / 80;
-    l = j / 11;
-    return {wrapped(100 * (k - 49) + i + l), wrapped(j + 2 - 12 * l), wrapped(day)};
+    const std::uint32_t century = (4 * days + 3) / 146097;
+    const std::uint32_t quarters = 4 * (days + century - century / 4) + 3; // of Julian years
+    // The high half is quarters / 1461, the low half the elapsed fraction of that year.
+    const std::uint64_t year_and_fraction = std::uint64_t{2939745} * quarters;
+    const std::uint32_t day_of_year = static_cast<std::uint32_t>(year_and_fraction) / 2939745 / 4;
+    const std::uint32_t next_year = (day_of_year + 206) >> 9; // 1 from January, day 306, on
+    const std::uint32_t month_and_day = 2141 * day_of_year + 197913;
+    const std::uint32_t march_based = month_and_day >> 16; // 3 to 14
+    *year = wrapped((year_and_fraction >> 32) + next_year - year_offset);
+    *month = wrapped(march_based - 12 * next_year);
+    *day = wrapped(((month_and_day & 0xffff) * 31345 >> 26) + 1); // / 2141
 }
 
 } // namespace
@@ -84,20 +85,23 @@ int month_from_name(char *text)
 
 std::int32_t day_number_from_date(std::int32_t year, std::int32_t month, std::int32_t day)
 {
-    const bool is_usual = year > 0 && year < usual_years && month >= 1 && month <= 12;
-    return is_usual ? day_number_of<std::uint32_t>(year, month, day)
-                    : day_number_of<std::int64_t>(year, month, day);
+    const std::uint32_t years = static_cast<std::uint32_t>(year) + year_offset;
+    const std::uint32_t month_index = static_cast<std::uint32_t>(month) - 1;
+    if (years - 1 < usual_years - 1 && month_index < 12) {
+        return usual_day_number(years, month_index, static_cast<std::uint32_t>(day));
+    }
+    return corvella::formula_day_number(year, month, day);
 }
 
 void date_from_day_number(std::int32_t day_number, std::int32_t *year, std::int32_t *month,
                           std::int32_t *day)
 {
-    const date found = day_number >= 0 && day_number < usual_days
-                           ? date_of<std::uint32_t>(day_number)
-                           : date_of<std::int64_t>(day_number);
-    *year = found.year;
-    *month = found.month;
-    *day = found.day;
+    const std::uint32_t days = static_cast<std::uint32_t>(day_number) + day_offset;
+    if (days < usual_days) {
+        usual_date(days, year, month, day);
+    } else {
+        corvella::formula_date(day_number, year, month, day);
+    }
 }
 
 char *format_date_long(std::int32_t day_number, char *buffer)

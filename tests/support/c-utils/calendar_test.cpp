@@ -59,7 +59,7 @@ std::ostream &operator<<(std::ostream &stream, const Sheet &date)
 
 // The day before which the Julian Period has none, in the Gregorian calendar with a year 0.
 const Sheet first_day = {-4713, 11, 24};
-constexpr int last_year = 6000;
+constexpr int last_year = 20000;
 
 struct DateCase {
     Sheet date;
@@ -100,8 +100,10 @@ TEST(DayNumber, GoesUpByOneADayThroughTheWholeCalendar)
 
 TEST(DateFromDayNumber, IsTheNextSheetForTheNextDayThroughTheWholeCalendar)
 {
-    std::int32_t number = 0;
-    for (Sheet sheet = first_day; sheet.year <= last_year; sheet.turn()) {
+    // By hand: l = 0, k = 0, l - 3 / 4 = 0, i = 4000 / 1461001 = 0, l = 31, j = 2480 / 2447 = 1,
+    // day = 31 - 2447 / 80 = 1, l = 0, month = 3, 100 x -49.
+    std::int32_t number = -68569;
+    for (Sheet sheet = {-4900, 3, 1}; sheet.year <= last_year; sheet.turn()) {
         ASSERT_EQ(date_of(number), sheet);
         ++number;
     }
@@ -158,6 +160,16 @@ TEST(DayNumber, DividesTowardsZeroFarBeforeTheJulianPeriod)
     // -65361549957, 367 x (-2147483648 + 2147483652 - 2) / 12 = 61, 3 x -1789500 / 4 = -1342125,
     // which is -65360239845 in all, and 68719476736 is the next multiple of 2 to the 32nd.
     EXPECT_EQ(day_number_from_date(2000, least, 1), -935730405);
+}
+
+TEST(DayNumber, GoesUpByOneADayFromMarchOfYearMinus4800)
+{
+    // By hand: 12 times 146,097 days before 1 March of the year 0.
+    std::int32_t number = 1721060 + 60 - 12 * 146097;
+    for (Sheet sheet = {-4800, 3, 1}; number <= 0; sheet.turn()) {
+        ASSERT_EQ(day_number_from_date(sheet.year, sheet.month, sheet.day), number) << sheet;
+        ++number;
+    }
 }
 
 TEST(DateFromDayNumber, DividesTowardsZeroFarBeforeTheJulianPeriod)
