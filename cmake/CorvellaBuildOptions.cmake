@@ -32,12 +32,15 @@ if(CORVELLA_TARGET_IS_I386)
 endif()
 
 include(cmake/CorvellaHardening.cmake)
+if(APPLE)
+  include(cmake/CorvellaMacOS.cmake)
+endif()
 
 # Lets an installed library or program find the libraries of the layer beside it, wherever the whole
 # is moved to. Below /usr the system finds them.
 #   corvella_find_libraries_from(target ${CMAKE_INSTALL_BINDIR})
 function(corvella_find_libraries_from target directory)
-  if(NOT BUILD_SHARED_LIBS OR CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  if(NOT BUILD_SHARED_LIBS OR (NOT APPLE AND CMAKE_INSTALL_PREFIX STREQUAL "/usr"))
     return()
   endif()
   file(RELATIVE_PATH way /prefix/${directory} /prefix/${CMAKE_INSTALL_LIBDIR})

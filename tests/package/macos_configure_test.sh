@@ -6,7 +6,8 @@ set -euo pipefail
 . "$(dirname "$0")/common.sh"
 
 build=$scratch/build
-CMAKE_GENERATOR=Ninja quietly cmake -S "$CORVELLA_SOURCES" -B "$build" -DCMAKE_SYSTEM_NAME=Darwin \
+export CMAKE_GENERATOR=Ninja
+quietly cmake -S "$CORVELLA_SOURCES" -B "$build" -DCMAKE_SYSTEM_NAME=Darwin \
     -DCMAKE_CXX_COMPILER="$CORVELLA_COMPILER" -DCMAKE_INSTALL_NAME_TOOL=/bin/true \
     -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=ON -DBUILD_TESTING=OFF
 
@@ -41,4 +42,28 @@ done
 for name in '__Z14report_message*' '_option_index' '__ZTI22CorvellaAbortException' \
     '__ZTS22CorvellaAbortException'; do
     grep -qxF -e "$name" "$build/support/corvella_support.exports" || fail "not listed: $name"
+done
+
+# Install names and search paths do not depend on sw_vers, which is not there.
+for library in support web platform; do
+    linking $library | grep -qx '  INSTALLNAME_DIR = @rpath/' || fail "$library: no install name"
+done
+linking web | grep -qF -- "-Wl,-rpath,$build/support" || fail 'web: no search path'
+grep -qF '@loader_path' "$build/cmake_install.cmake" || fail 'web: none when installed'
+sed -n '/^build tool\/corvella:/,/^$/p' "$build/build.ninja" |
+    grep -qE -- '-Wl,-pie|-Xlinker -pie' ||
+    fail 'the program can be loaded at one place only'
+
+# cpack makes a tarball and an installer package of the same components as on Debian.
+packages=$build/CPackConfig.cmake
+grep -qxF 'set(CPACK_GENERATOR "TGZ;productbuild")' "$packages" || fail 'other packages'
+expect "$(grep '^set(CPACK_COMPONENTS_ALL ' "$CORVELLA_SHARED_BUILD/CPackConfig.cmake")" \
+    "$(grep '^set(CPACK_COMPONENTS_ALL ' "$packages")"
+for component in LIBRARY DEVELOPMENT PROGRAM; do
+    grep -q "^ *set(CPACK_COMPONENT_CORVELLA_${component}_DISPLAY_NAME " "$packages" ||
+        fail "no choice: $component"
+done
+for kind in LICENSE WELCOME README; do
+    file=$(sed -n "s/^set(CPACK_RESOURCE_FILE_$kind \"\(.*\)\")/\1/p" "$packages")
+    [[ $file == *.txt && -s $file ]] || fail "the installer has no $kind"
 done
