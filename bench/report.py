@@ -32,7 +32,13 @@ TIMED = [
     ("the same", "form_escape_ours", "`g_uri_escape_string`", "form_escape_glib", 2.0),
     ("`url_encode`, 900 bytes", "url_encode_ours", "`curl_easy_escape`", "url_encode_curl", 2.0),
     ("the same", "url_encode_ours", "`g_uri_escape_string`", "url_encode_glib", 2.0),
-    ("options: 11 arguments, 6 long names", "options_ours", "`getopt_long`", "options_libc", 1.0),
+    *((work, f"options_ours/{kind}", who, f"{peer}/{kind}", reach)
+      for kind, name in enumerate(("options first", "operands first", "clusters",
+                                   "abbreviations", "20 operands, 4 options"))
+      for work, who, peer, reach in (
+          (f"options: {name}", "`getopt_long`", "options_libc", None),
+          ("the same", "`getopt_long`, the environment read at each call",
+           "options_libc_asking", 1.0))),
     ("`format_string_new`, 60 characters", "format_ours", "`asprintf`", "format_libc", 1.0),
     ("`string_buffer_append_format`, 20,000 appends", "append_ours",
      "GLib `GString`", "append_glib", 1.0),

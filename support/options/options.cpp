@@ -2,11 +2,10 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <utility>
 
 #include "support/options/diagnostics.h"
 #include "support/options/long_names.h"
-#include "support/options/number_text.h"
+#include "support/options/operands.h"
 
 std::int32_t option_index = 0;
 char *option_argument = nullptr;
@@ -73,30 +72,6 @@ option_scan begin_call(int count, char **vector, const char *short_options,
             0};
 }
 
-bool is_operand(const char *element, bool long_only)
-{
-    if (long_only && element[0] == '+') {
-        return false;
-    }
-    return element[0] != '-' || element[1] == '\0' ||
-           (corvella::may_begin_number(element[1]) && corvella::reads_as_number(element));
-}
-
-/// Moves the option at \p element, of one element or two, in front of \p skipped operands.
-void move_in_front(char **element, int used_elements, std::int32_t skipped)
-{
-    for (int used = 0; used < used_elements; ++used, ++element) {
-        for (char **place = element; place > element - skipped; --place) {
-            std::swap(place[0], place[-1]);
-        }
-    }
-}
-
-bool is_two_dashes(const char *element)
-{
-    return element[0] == '-' && element[1] == '-' && element[2] == '\0';
-}
-
 /// Whether operands keep their place because the environment says so. It is asked at every call
 /// whose result depends on it, so that a program may change it between calls.
 bool environment_requires_order()
@@ -109,10 +84,9 @@ bool environment_requires_order()
 bool find_option_behind_operands(option_scan &scan)
 {
     const std::int32_t start = option_index;
-    while (!is_past_the_end(scan) && is_operand(current_element(scan), scan.long_only)) {
-        ++option_index;
-    }
-    const std::int32_t skipped = option_index - start;
+    const std::int32_t skipped =
+        corvella::operand_run(scan.vector + start, scan.count - start, scan.long_only);
+    option_index = start + skipped;
     if (is_past_the_end(scan)) {
         option_index = start;
         return false;
@@ -124,8 +98,8 @@ bool find_option_behind_operands(option_scan &scan)
         option_index = start;
         return false;
     }
-    if (is_two_dashes(current_element(scan))) {
-        move_in_front(scan.vector + option_index, 1, skipped);
+    if (corvella::is_two_dashes(current_element(scan))) {
+        corvella::move_in_front(scan.vector + option_index, 1, skipped);
         option_index = start + 1;
         return false;
     }
@@ -141,7 +115,7 @@ bool find_option_element(option_scan &scan, int &result)
     if (scan.mode_character == '\0') {
         return find_option_behind_operands(scan);
     }
-    if (!is_operand(current_element(scan), scan.long_only)) {
+    if (!corvella::is_operand(current_element(scan), scan.long_only)) {
         return true;
     }
     if (scan.mode_character == '-') {
@@ -275,7 +249,7 @@ void advance(const option_scan &scan, int used_elements)
         return;
     }
     if (scan.skipped > 0) {
-        move_in_front(scan.vector + option_index, used_elements, scan.skipped);
+        corvella::move_in_front(scan.vector + option_index, used_elements, scan.skipped);
     }
     option_index += used_elements - scan.skipped;
 }
@@ -330,7 +304,7 @@ bool options_go_on(const option_scan &scan)
     if (is_past_the_end(scan)) {
         return false;
     }
-    if (is_two_dashes(current_element(scan))) {
+    if (corvella::is_two_dashes(current_element(scan))) {
         ++option_index;
         return false;
     }
