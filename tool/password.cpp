@@ -1,9 +1,73 @@
 #include "tool/password.h"
 
+#include <cerrno>
 #include <cstring>
 #include <unistd.h>
 
 #include "support/error.h"
+#include "tool/password_prompt.h"
+
+namespace {
+
+enum read_result {
+    READ_DONE,
+    READ_FAILED,
+    READ_END,
+    READ_INVALID,
+};
+
+/// Reads one byte at a time: neither reads past the line nor leaves a copy in a buffer.
+/// \return false at the end of the file, with errno 0, or after an error.
+bool read_byte(char &byte)
+{
+    ssize_t count;
+    do {
+        errno = 0;
+        count = read(STDIN_FILENO, &byte, 1);
+    } while (count < 0 && errno == EINTR);
+    return count == 1;
+}
+
+/// Reads a line of 1 to \p size - 1 bytes; the last line may lack its line feed.
+read_result read_line(char *line, std::size_t size)
+{
+    std::size_t length = 0;
+    char byte = '\0';
+    while (read_byte(byte)) {
+        if (byte == '\n') {
+            line[length] = '\0';
+            return length > 0 ? READ_DONE : READ_INVALID;
+        }
+        if (byte == '\0' || length == size - 1) {
+            return READ_INVALID;
+        }
+        line[length++] = byte;
+    }
+    if (errno != 0) {
+        return READ_FAILED;
+    }
+    line[length] = '\0';
+    return length > 0 ? READ_DONE : READ_END;
+}
+
+void report_read_result(read_result result, int error)
+{
+    switch (result) {
+    case READ_FAILED:
+        report_message(9, "Read of the password failed: %s", std::strerror(error));
+        break;
+    case READ_END:
+        report_message(9, "Standard input ends before the password.");
+        break;
+    case READ_INVALID:
+        report_message(9, "A password is a line of 1 to 255 bytes, none of them NUL.");
+        break;
+    case READ_DONE:
+        break;
+    }
+}
+
+} // namespace
 
 void wipe(char *text, std::size_t size)
 {
@@ -17,16 +81,16 @@ bool obtain_password(command_line &line)
     if (!line.reads_password) {
         return true;
     }
-    char *const password = line.proxy.password;
-    std::size_t length = 0;
-    while (length < sizeof line.proxy.password - 1 &&
-           read(STDIN_FILENO, password + length, 1) == 1 && password[length] != '\n') {
-        ++length;
+    const bool prompts = begin_password_prompt();
+    const read_result result = read_line(line.proxy.password, sizeof line.proxy.password);
+    const int error = errno;
+    if (prompts) {
+        end_password_prompt();
     }
-    password[length] = '\0';
-    if (length == 0) {
-        report_message(9, "Standard input has no password.");
-        return false;
+    if (result == READ_DONE) {
+        return true;
     }
-    return true;
+    wipe(line.proxy.password, sizeof line.proxy.password);
+    report_read_result(result, error);
+    return false;
 }
