@@ -10,6 +10,7 @@
 #include "tool/option_table.h"
 #include "tool/output.h"
 #include "tool/password.h"
+#include "tool/url.h"
 
 namespace {
 
@@ -162,6 +163,15 @@ std::string read_arguments(int count, char **vector, command_line &line, given_o
     return error;
 }
 
+bool requests_url(const command_line &line)
+{
+    if (line.operands.empty()) {
+        return false;
+    }
+    const command_meaning command = meaning_of_command(line.command);
+    return command == COMMAND_GET || command == COMMAND_POST;
+}
+
 bool read_given(int count, char **vector, command_line &line, given_options &given)
 {
     const std::string error = read_arguments(count, vector, line, given);
@@ -170,6 +180,10 @@ bool read_given(int count, char **vector, command_line &line, given_options &giv
     }
     if (line.output != nullptr && std::strcmp(line.output, "-") == 0) {
         line.output = nullptr;
+    }
+    if (requests_url(line)) {
+        line.url = without_fragment(line.operands[0]);
+        line.operands[0] = line.url.c_str();
     }
     if (!error.empty()) {
         complain_of_usage(error);

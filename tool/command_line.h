@@ -24,6 +24,7 @@ struct update_options {
 struct command_line {
     const char *command;                ///< the first operand, or null
     std::vector<const char *> operands; ///< those behind the command
+    std::string url; ///< the first operand of get and post, without its fragment; operands has it
     bool show_help;
     bool show_version; ///< only without a command
     bool show_header;

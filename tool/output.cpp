@@ -14,8 +14,12 @@ namespace {
 bool output_is_framed = false;
 bool some_results_are_lost = false;
 
+/// On purpose silent about a reader that is gone: it has seen what it wanted.
 void report_lost_output()
 {
+    if (errno == EPIPE) {
+        return;
+    }
     report_message(9, "Write of standard output failed: %s", std::strerror(errno));
 }
 

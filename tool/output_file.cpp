@@ -10,6 +10,7 @@
 
 #include "support/error.h"
 #include "tool/output.h"
+#include "tool/printable.h"
 
 namespace {
 
@@ -77,14 +78,31 @@ bool is_standard_output(const struct stat &status)
            output.st_ino == status.st_ino;
 }
 
-/// A device or a pipe is not to be replaced by a file.
+/// A device or a pipe is not to be replaced by a file. A terminal gets printable text.
 bool write_directly(const char *path, std::string_view bytes)
 {
     std::FILE *const file = std::fopen(path, "w");
-    if (file == nullptr || !write_all(file, bytes)) {
+    if (file == nullptr) {
         return report_failure(path);
     }
-    return true;
+    const bool written =
+        isatty(fileno(file)) != 0 ? write_all(file, printable_text(bytes)) : write_all(file, bytes);
+    return written || report_failure(path);
+}
+
+/// Whether a new file can take the place of \p path.
+bool has_writable_folder(const char *path)
+{
+    const std::string folder = folder_of(resolved_path(path));
+    return access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) == 0;
+}
+
+bool is_writable(const char *path, const struct stat &status)
+{
+    if (is_standard_output(status)) {
+        return true;
+    }
+    return S_ISREG(status.st_mode) ? has_writable_folder(path) : access(path, W_OK) == 0;
 }
 
 /// Writes the new file, open at \p descriptor, and puts it in the place of \p path.
@@ -102,6 +120,20 @@ bool fill_and_rename(int descriptor, const std::string &new_path, const std::str
 
 } // namespace
 
+bool check_output_file(const char *path)
+{
+    struct stat status;
+    if (stat(path, &status) != 0) {
+        const bool may_be_new = errno == ENOENT && path[0] != '\0';
+        return (may_be_new && has_writable_folder(path)) || report_failure(path);
+    }
+    if (S_ISDIR(status.st_mode)) {
+        errno = EISDIR;
+        return report_failure(path);
+    }
+    return is_writable(path, status) || report_failure(path);
+}
+
 bool write_output_file(const char *path, std::string_view bytes)
 {
     struct stat status;
@@ -110,7 +142,7 @@ bool write_output_file(const char *path, std::string_view bytes)
         return report_failure(path); // links in a circle, say, which are not to be replaced
     }
     if (exists && is_standard_output(status)) {
-        return write_standard_output(bytes);
+        return show_reply_text(bytes);
     }
     if (exists && !S_ISREG(status.st_mode)) {
         return write_directly(path, bytes);

@@ -61,7 +61,7 @@ exit_status exchange(command_line &line, const char *method, const std::vector<F
     // Given back on every way out, an exception included.
     const std::unique_ptr<char *, void (*)(char **)> header_owner(&header, free_text);
     const std::unique_ptr<char *, void (*)(char **)> body_owner(&body, free_text);
-    if (!obtain_password(line)) {
+    if ((line.output != nullptr && !check_output_file(line.output)) || !obtain_password(line)) {
         return EXIT_FAILED;
     }
     const proxy_arguments proxy = proxy_arguments_of(line.proxy);

@@ -29,6 +29,15 @@ bool is_one_word(const char *url)
     return *c == '\0' && c != url;
 }
 
+/// Whether the part in front of the path has a user name, also without a scheme.
+bool names_user(const char *url)
+{
+    const char *const scheme_end = url + std::strcspn(url, ":/?#");
+    const char *const slashes = *scheme_end == ':' ? scheme_end + 1 : url;
+    const char *const authority = std::strncmp(slashes, "//", 2) == 0 ? slashes + 2 : url;
+    return authority[std::strcspn(authority, "@/?#")] == '@';
+}
+
 /// \return what is behind the protocol and its slashes; null for another protocol than HTTP. As the
 /// request does, takes a URL without a colon for one without a protocol.
 const char *behind_protocol(const char *url)
@@ -59,6 +68,9 @@ const char *complaint_of_url(const char *url)
     if (!is_one_word(url)) {
         return "A URL has no blanks and no control characters, and is not empty.";
     }
+    if (names_user(url)) {
+        return "A URL with a user name is refused; use -user and -pass.";
+    }
     const char *const host = behind_protocol(url);
     if (host == nullptr) {
         return nullptr;
@@ -77,6 +89,11 @@ const char *complaint_of_url(const char *url)
         return "The host of a URL is a name or an address of ASCII letters, digits, '-' and '.'.";
     }
     return nullptr;
+}
+
+std::string without_fragment(const char *url)
+{
+    return is_one_word(url) ? std::string(url, std::strcspn(url, "#")) : url;
 }
 
 std::string host_of_url(const char *url)

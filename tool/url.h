@@ -10,6 +10,10 @@
 /// the request itself says that it fails.
 const char *complaint_of_url(const char *url);
 
+/// Returns the URL as it is requested: a fragment is the client's own (RFC 3986). Leaves a URL with
+/// blanks or control bytes whole, for complaint_of_url().
+std::string without_fragment(const char *url);
+
 /// The greatest port that there is (RFC 9293).
 constexpr int greatest_port = 65535;
 

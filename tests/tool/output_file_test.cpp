@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "tests/harness/temporary_directory.h"
+#include "tests/harness/terminal.h"
 #include "tests/tool/program_under_test.h"
 
 namespace {
@@ -118,6 +119,70 @@ TEST(OutputOption, AnEmptyNameIsRefused)
     EXPECT_NE(result.exit_status, 0);
     EXPECT_NE(result.err, "");
     EXPECT_EQ(result.out, "");
+}
+
+TEST(OutputOption, IsCheckedBeforeTheRequest)
+{
+    const TemporaryDirectory directory;
+    mkdir(directory.path("folder").c_str(), 0700);
+    directory.write("file", "");
+    EXPECT_EQ(symlink("missing/page", directory.path("link").c_str()), 0);
+    const struct {
+        std::string path;
+        std::string reason;
+    } cases[] = {
+        {directory.path("missing/page"), "No such file or directory"},
+        {directory.path("link"), "No such file or directory"},
+        {directory.path("new/"), "No such file or directory"},
+        {directory.path("folder"), "Is a directory"},
+        {directory.path("file/page"), "Not a directory"},
+        {"", "No such file or directory"},
+    };
+    ScriptedServer server(replying(good_reply("body")));
+    for (const auto &[path, reason] : cases) {
+        const ProgramResult result = run_corvella({"get", url_of(server), "-output", path});
+        EXPECT_EQ(result.exit_status, 1) << path;
+        EXPECT_EQ(result.err, error_text("Write of " + path + " failed: " + reason));
+    }
+    EXPECT_EQ(server.connection_count(), 0U);
+}
+
+TEST(OutputOption, ADashIsStandardOutput)
+{
+    const TemporaryDirectory directory;
+    ProgramOptions options;
+    options.directory = directory.path();
+    ScriptedServer server(replying(good_reply("body")));
+    EXPECT_EQ(run_corvella({"get", url_of(server), "-output", "-"}, options).out, "body");
+    EXPECT_EQ(run_corvella({"get", url_of(server), "-output=-"}, options).out, "body");
+    EXPECT_EQ(directory.names(), Names{});
+}
+
+TEST(OutputOption, TheLastOneCounts)
+{
+    const TemporaryDirectory directory;
+    ScriptedServer server(replying(good_reply("body")));
+    const ProgramResult result =
+        run_corvella({"get", url_of(server), "-output", directory.path("first"), "-output",
+                      directory.path("second")});
+    EXPECT_EQ(result.exit_status, 0) << result.err;
+    EXPECT_EQ(directory.names(), Names{"second"});
+}
+
+TEST(OutputOption, ATerminalGetsPrintableText)
+{
+    for (const char *const path : {"/dev/tty", "/dev/stdout"}) {
+        Terminal terminal;
+        ScriptedServer server(replying(good_reply("a\x1b[2Jb\n")));
+        ProgramOptions options;
+        options.out = terminal.program_end();
+        options.err = terminal.program_end();
+        options.prepare = [&terminal] { terminal.become_controlling(); };
+        const ProgramResult result =
+            run_corvella({"get", "-quiet", url_of(server), "-output", path}, options);
+        EXPECT_EQ(result.exit_status, 0);
+        EXPECT_EQ(terminal.written(), "a?[2Jb\r\n") << path;
+    }
 }
 
 TEST(OutputOption, AFullDeviceIsAFailureAndStaysADevice)

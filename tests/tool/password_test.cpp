@@ -77,6 +77,25 @@ TEST(Password, CannotBeReadOffTheListOfProcesses)
     }
 }
 
+TEST(Password, IsBlankedToItsEnd)
+{
+    if (runs_under_valgrind()) {
+        GTEST_SKIP() << valgrinds_own;
+    }
+    const std::string long_secret(1000, 'x');
+    Milestone asked;
+    ScriptedServer server(
+        {collect_request(), asked.step(), stay_silent(), send_bytes(good_reply("body"))});
+    RunningProgram program(corvella_command(
+        {"get", "http://web1.test/", "-proxy", proxy_of(server), "-proxy-pass", long_secret}));
+    ASSERT_TRUE(asked.wait());
+    const std::string seen = public_command_line(program.process().pid());
+    EXPECT_FALSE(contains(seen, "xx")) << seen;
+    EXPECT_TRUE(contains(seen, std::string(1000, '*'))) << seen;
+    server.release();
+    EXPECT_EQ(program.finish().exit_status, 0);
+}
+
 /// A piece of a process's memory that it may write to.
 struct MemoryRegion {
     std::uintptr_t begin;
@@ -118,6 +137,24 @@ int count_in_memory(pid_t process, std::string_view text)
     }
     close(memory);
     return count;
+}
+
+TEST(Password, OfTheServerCannotBeReadEither)
+{
+    if (runs_under_valgrind()) {
+        GTEST_SKIP() << valgrinds_own;
+    }
+    Milestone asked;
+    ScriptedServer server(
+        {collect_request(), asked.step(), stay_silent(), send_bytes(good_reply("body"))});
+    RunningProgram program(corvella_command(
+        {"get", url_of(server), "-user", "user", std::string("-pass=") + secret, "-pass", secret}));
+    ASSERT_TRUE(asked.wait());
+    const std::string seen = public_command_line(program.process().pid());
+    EXPECT_FALSE(contains(seen, secret)) << seen;
+    EXPECT_EQ(count_in_memory(program.process().pid(), secret), 1);
+    server.release();
+    EXPECT_EQ(program.finish().exit_status, 0);
 }
 
 // While the reply is written, which may take as long as its reader likes.

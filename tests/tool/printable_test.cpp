@@ -162,9 +162,9 @@ TEST(BodyOnATerminal, KeepsWellFormedUtf8AndNothingThatOnlyLooksLikeIt)
     EXPECT_EQ(page_on_a_terminal(good_reply(body)), on_the_line(plainly_printable(body)));
 }
 
-TEST(BodyOnATerminal, ANameOfStandardOutputTakesTheBytesAsTheyAre)
+TEST(BodyOnATerminal, IsPrintableUnderAnyNameOfTheTerminal)
 {
-    EXPECT_EQ(page_on_a_terminal(good_reply("\x1b[0m"), {"-output", "/dev/stdout"}), "\x1b[0m");
+    EXPECT_EQ(page_on_a_terminal(good_reply("\x1b[0m"), {"-output", "/dev/stdout"}), "?[0m");
 }
 
 TEST(HeaderOnATerminal, HasNoControlCharacters)
