@@ -7,17 +7,21 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "support/c-utils/characters.h"
+
 namespace corvella {
 
 /// Reads white space, a sign and digits at \p cursor and moves it behind them.
 /// \return whether a digit was read; if not, neither argument is changed.
 inline bool scan_decimal(const char *&cursor, std::int32_t &value)
 {
+    // The C library itself may take byte 0xff for the end of a file.
+    const char *const number_text = skip_white_space(cursor);
     const int saved_errno = errno;
     char *end = nullptr;
-    const long long number = std::strtoll(cursor, &end, 10);
+    const long long number = std::strtoll(number_text, &end, 10);
     errno = saved_errno;
-    if (end == cursor) {
+    if (end == number_text) {
         return false;
     }
     cursor = end;

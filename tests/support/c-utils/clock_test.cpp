@@ -96,6 +96,9 @@ const SecondsCase seconds_cases[] = {
     {852076799, 250000, -0.75},
     {1735689600, 125000, 883612800.125},
     {0, 0, -852076800.0},
+    {-1, 500000, -852076800.5},
+    {-2000000000, 250000, -2852076799.75},
+    {least, 0, -2999560448.0},
     {greatest, 999999, 1295406847.999999},
 };
 
@@ -276,6 +279,12 @@ const SleepCase sleep_cases[] = {
     {0.999F, 0, 999000000},
     // The product with 1000 is 999.5 in single precision, but a little less in double.
     {0.9995F, 1, 0},
+    // The product is 8,388,609; in single precision, adding 0.5 would make it 8,388,610.
+    {8388.609F, 8388, 609000000},
+    // The system refuses these. Rounding half up and truncating: -2,500 becomes -2,499.
+    {-0.0015F, 0, -1000000},
+    {-2.5F, -2, -499000000},
+    {-1e30F, -2147483, -648000000},
     {1.0F, 1, 0},
     {1.25F, 1, 250000000},
     {2.5F, 2, 500000000},

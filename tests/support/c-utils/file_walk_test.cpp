@@ -4,6 +4,7 @@
 #include "tests/support/c-utils/file_test_tools.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstdint>
 #include <cstdio>
@@ -101,7 +102,7 @@ protected:
             // Never one character short of the length, where no name would fit any more.
             const std::size_t name = missing > 202 ? 200 : missing > 100 ? missing / 2 : missing;
             path += "/" + std::string(name, 'd');
-            EXPECT_EQ(mkdir(path.c_str(), 0700), 0) << path;
+            EXPECT_TRUE(mkdir(path.c_str(), 0700) == 0 || errno == EEXIST) << path;
         }
         return path;
     }
@@ -330,6 +331,31 @@ TEST_F(FileWalk, CallsBackOnceForEachPathThatFitsAmongOnesThatDoNot)
     capture_output([&] { found = walk(deep); });
     EXPECT_EQ(std::multiset<std::string>(found.begin(), found.end()), fitting);
     EXPECT_EQ(messages.size(), fitting.size());
+}
+
+TEST_F(FileWalk, ReportsALongNameInAShortDirectory)
+{
+    // The longest name that file systems have, in the shortest directory where it does not fit.
+    const std::string deep = make_directory_of_length(1024 - 1 - 255);
+    const std::string path = make_file(deep + "/" + std::string(254, 'n') + "e");
+    ASSERT_EQ(path.size(), 1024u);
+    set_message_hook(collect_message);
+    capture_output([&] { EXPECT_EQ(walk(deep), Texts{}); });
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0].second, ("Path too long: " + path + "\n").substr(0, 1023));
+}
+
+TEST_F(FileWalk, SkipsEveryPathOfADirectoryThatLeavesNoRoomForAName)
+{
+    for (std::size_t length = 1020; length <= 1030; ++length) {
+        const std::string deep = make_directory_of_length(length);
+        const Texts fitting = length + 2 <= 1023 ? Texts{make_file(deep + "/a")} : Texts{};
+        make_file(deep + "/" + std::string(4, 'b'));
+        messages.clear();
+        set_message_hook(collect_message);
+        capture_output([&] { EXPECT_EQ(walk(deep), fitting) << length; });
+        EXPECT_EQ(messages.size(), 1u) << length;
+    }
 }
 
 TEST_F(FileWalk, SkipsEveryPathOfADirectoryThatIsTooLongItself)

@@ -178,6 +178,31 @@ TEST_F(OpenFile, NotesTheFirstReadingForGood)
     EXPECT_EQ(file_opened_for_reading, 1);
 }
 
+TEST_F(OpenFile, NotesNoReadingAfterAFailure)
+{
+    for (const char *const mode : {"r", "rb", "r+", "w", "a"}) {
+        file_opened_for_reading = 0;
+        EXPECT_EQ(open_file("/nonexistent/x", mode, 0), nullptr);
+        EXPECT_EQ(file_opened_for_reading, 0) << mode;
+    }
+}
+
+TEST_F(OpenFile, NeverTakesTheNoteOfAReadingBack)
+{
+    const std::string path = make_file(directory.path("x"));
+    open_and_close(path, "r");
+    for (const char *const mode : {"w", "a", "w+", "a+", "r", "r+"}) {
+        open_and_close(path, mode);
+        EXPECT_EQ(file_opened_for_reading, 1) << mode;
+        EXPECT_EQ(open_file("/nonexistent/x", mode, 0), nullptr);
+        EXPECT_EQ(file_opened_for_reading, 1) << mode;
+    }
+    EXPECT_EQ(close_file(nullptr), 0);
+    EXPECT_EQ(file_opened_for_reading, 1);
+    EXPECT_EQ(open_file_with_fallback("/nonexistent/x", "/nonexistent/y", "r", 0), nullptr);
+    EXPECT_EQ(file_opened_for_reading, 1);
+}
+
 TEST_F(OpenFile, TakesEveryModeThatBeginsWithRForReading)
 {
     const std::string path = make_file(directory.path("x"));
@@ -204,8 +229,12 @@ TEST_F(OpenFile, OpensFilesOfTwoGibibytesAndMore)
 TEST_F(CloseFile, DoesNothingForNull)
 {
     const std::int32_t before = open_file_count;
-    EXPECT_EQ(close_file(nullptr), 0);
-    EXPECT_EQ(open_file_count, before);
+    for (const std::int32_t note : {0, 1}) {
+        file_opened_for_reading = note;
+        EXPECT_EQ(close_file(nullptr), 0);
+        EXPECT_EQ(open_file_count, before);
+        EXPECT_EQ(file_opened_for_reading, note);
+    }
 }
 
 // Deliberate: it does not ask where the stream comes from.

@@ -1,8 +1,8 @@
 #include "support/c-utils/parse_float.h"
 
 #include "tests/support/c-utils/exact_buffer.h"
-#include "tests/support/c-utils/latin1_locale.h"
 #include "tests/support/c-utils/parse_float_model.h"
+#include "tests/support/c-utils/test_locale.h"
 
 #include <cerrno>
 #include <cstdint>
@@ -226,6 +226,17 @@ TEST(ParseFloat, LetsNoExponentMakeANumberNotANumber)
     EXPECT_TRUE(stored == infinity || stored == 0) << std::hex << stored;
 }
 
+TEST(ParseFloat, ReachesEveryFloatFromEveryOtherByItsExponent)
+{
+    // The greatest power of ten to the least float, and a power of ten below all normal floats up.
+    EXPECT_EQ(read("1" + std::string(38, '0') + "e-83"), (Reading{1, 1}));
+    const Reading small = read("0." + std::string(43, '0') + "1e82");
+    float up;
+    std::memcpy(&up, &small.stored, sizeof up);
+    EXPECT_GT(up, 0.5e38F);
+    EXPECT_LT(up, 2e38F);
+}
+
 TEST(ParseFloat, MultipliesTheValueAsItWasRoundedBefore)
 {
     // 0.1f to the seventh power is 0x33d6bf97, not the float nearest to 1e-7 (0x33d6bf95).
@@ -242,7 +253,7 @@ TEST(ParseFloat, ReadsManyDigitsWithoutALimit)
 
 TEST(ParseFloat, DoesNotDependOnTheLocale)
 {
-    const Latin1Locale locale;
+    const TestLocale locale(german_latin1);
     if (!locale.available()) {
         GTEST_SKIP() << "no locale with a decimal comma";
     }

@@ -3,7 +3,7 @@
 #include "support/c-utils/format.h"
 #include "support/error/allocation.h"
 #include "tests/support/c-utils/exact_buffer.h"
-#include "tests/support/c-utils/latin1_locale.h"
+#include "tests/support/c-utils/test_locale.h"
 #include "tests/support/c-utils/text_models.h"
 
 #include <cstddef>
@@ -216,7 +216,7 @@ TEST(DoublePercentSigns, NeedsTwiceTheRoomForPercentSignsAlone)
 
 TEST(CharacterClasses, AreTheStandardLibrarysAskedAboutUnsignedBytes)
 {
-    const Latin1Locale locale;
+    const TestLocale locale(german_latin1);
     if (!locale.available()) {
         GTEST_SKIP() << "no ISO 8859-1 locale";
     }

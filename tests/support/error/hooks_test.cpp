@@ -72,6 +72,20 @@ TEST_F(Hooks, StayInForceUntilTheyAreSetAgain)
     EXPECT_EQ(hook_count, 50);
 }
 
+TEST_F(Hooks, StayInForceWhenTheyAreSetTwice)
+{
+    for (int i = 0; i < 3; ++i) {
+        set_message_hook(noting_message_hook);
+        set_output_hook(noting_output_hook);
+    }
+    hook_count = 0;
+    const CapturedOutput output = capture_output([] {
+        write_raw_message("raw", "tag");
+        report_message(9, "disk");
+    });
+    EXPECT_EQ(output.err, "Error: disk\n") << "the printed line alone";
+}
+
 TEST_F(Hooks, OfTheDefaultsWriteToStandardErrorAgainAfterNull)
 {
     set_message_hook(noting_message_hook);

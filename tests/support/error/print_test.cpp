@@ -104,6 +104,19 @@ TEST_F(PrintIndented, ReturnsEofWhenTheFlushFails)
     std::fclose(full);
 }
 
+// On purpose: the result is the flush's, which has nothing to do where every write goes straight
+// on.
+TEST_F(PrintIndented, ReturnsZeroAfterAFailedWriteWithoutABuffer)
+{
+    std::FILE *full = std::fopen("/dev/full", "w");
+    ASSERT_NE(full, nullptr);
+    std::setvbuf(full, nullptr, _IONBF, 0);
+    set_print_stream(full);
+    EXPECT_EQ(print_indented("abc"), 0);
+    set_print_stream(nullptr);
+    std::fclose(full);
+}
+
 /// A stream that keeps the pieces in which it was written.
 class PieceStream {
 public:

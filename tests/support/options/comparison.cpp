@@ -4,6 +4,7 @@
 #include "tests/harness/quoted.h"
 #include "tests/support/options/argument_vector.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -36,7 +37,14 @@ std::string describe(const Scenario &scenario)
     out << "elements " << shown(scenario.elements) << "\nshort options "
         << shown(scenario.setting.short_options) << "\nlong only " << scenario.setting.long_only
         << ", POSIXLY_CORRECT " << scenario.setting.posixly_correct << ", option_errors "
-        << scenario.errors << "\ntable";
+        << scenario.errors << "\nelements beyond the count " << scenario.beyond_count
+        << ", null element " << (scenario.null_element ? int(*scenario.null_element) : -1);
+    for (const Move &move : scenario.moves) {
+        out << "\ncall " << move.call << ":";
+        out << (move.index ? " option_index = " + std::to_string(*move.index) : "");
+        out << (move.position ? " option_position = " + std::to_string(*move.position) : "");
+    }
+    out << "\ntable";
     if (!scenario.setting.long_options) {
         out << " null";
     } else {
@@ -46,6 +54,11 @@ std::string describe(const Scenario &scenario)
         }
     }
     return out.str();
+}
+
+std::size_t Scenario::visible() const
+{
+    return std::min(elements.size() - beyond_count, null_element.value_or(elements.size()));
 }
 
 namespace {
@@ -86,7 +99,11 @@ std::string describe(const Seen &seen)
 class Comparison {
 public:
     explicit Comparison(const Scenario &scenario)
-        : scenario_(scenario), arguments_(scenario.elements), model_order_(scenario.elements),
+        : scenario_(scenario), arguments_(scenario.elements),
+          model_order_(scenario.elements.begin(),
+                       scenario.elements.begin() + std::ptrdiff_t(scenario.visible())),
+          untouched_tail_(arguments_.vector() + scenario.visible(),
+                          arguments_.vector() + scenario.elements.size()),
           flags_(records().size(), untouched), model_flags_(records().size())
     {
         for (std::size_t i = 0; i < records().size(); ++i) {
@@ -95,6 +112,11 @@ public:
                               record.has_flag ? &flags_[i] : nullptr, record.value});
         }
         table_.push_back({nullptr, 0, nullptr, 0});
+        if (scenario.null_element) {
+            arguments_.vector()[*scenario.null_element] = nullptr;
+            untouched_tail_.assign(arguments_.vector() + scenario.visible(),
+                                   arguments_.vector() + scenario.elements.size());
+        }
         if (scenario.setting.posixly_correct) {
             setenv("POSIXLY_CORRECT", "", 1);
         } else {
@@ -109,13 +131,17 @@ public:
         option_argument = nullptr; // it may point into the elements of an earlier scan
         model.option_argument.reset();
         for (std::size_t calls = 1; calls <= bound(); ++calls) {
+            set_what_the_program_sets(calls, model);
             const Seen expected = call_model(model, diagnostics);
             const Seen actual = call_parser();
             if (!(actual == expected)) {
                 return describe(scenario_) + "\ncall " + std::to_string(calls) + "\nis         " +
                        describe(actual) + "\nshould be  " + describe(expected);
             }
-            if (actual.result == -1 || is_bad_call()) {
+            if (!tail_is_untouched()) {
+                return describe(scenario_) + "\nan element beyond the vector's end is another";
+            }
+            if ((actual.result == -1 && no_move_after(calls)) || is_bad_call()) {
                 return "";
             }
         }
@@ -137,7 +163,7 @@ private:
     /// Every call gives the same.
     bool is_bad_call() const
     {
-        return scenario_.elements.empty() ||
+        return scenario_.visible() == 0 ||
                (!scenario_.setting.long_options && !scenario_.setting.short_options);
     }
     /// Every character, and every element, is good for two calls at the most.
@@ -147,7 +173,26 @@ private:
         for (const std::string &element : scenario_.elements) {
             pieces += element.size();
         }
-        return 2 * pieces;
+        return 2 * pieces * (1 + scenario_.moves.size());
+    }
+    void set_what_the_program_sets(std::size_t call, OptionsModel &model) const
+    {
+        for (const Move &move : scenario_.moves) {
+            if (move.call == call) {
+                option_index = model.option_index = move.index.value_or(option_index);
+                option_position = model.option_position = move.position.value_or(option_position);
+            }
+        }
+    }
+    bool no_move_after(std::size_t call) const
+    {
+        return std::none_of(scenario_.moves.begin(), scenario_.moves.end(),
+                            [=](const Move &move) { return move.call > call; });
+    }
+    bool tail_is_untouched()
+    {
+        return std::equal(untouched_tail_.begin(), untouched_tail_.end(),
+                          arguments_.vector() + scenario_.visible());
     }
 
     Seen call_model(OptionsModel &model, std::string &diagnostics)
@@ -167,12 +212,11 @@ private:
         const ModelSetting &setting = scenario_.setting;
         int stored = untouched;
         const int result = parse_options(
-            arguments_.count(), arguments_.vector(),
+            arguments_.count() - int(scenario_.beyond_count), arguments_.vector(),
             setting.short_options ? setting.short_options->c_str() : nullptr,
             setting.long_options ? table_.data() : nullptr, &stored, setting.long_only);
-        Seen seen = {result,          {},          {},
-                     option_index,    option_code, option_errors,
-                     option_position, {},          arguments_.order()};
+        Seen seen = {result,          {}, {},     option_index, option_code, option_errors,
+                     option_position, {}, order()};
         if (stored != untouched) {
             seen.matched_record = stored;
         }
@@ -185,9 +229,16 @@ private:
         return seen;
     }
 
+    Texts order()
+    {
+        char **const vector = arguments_.vector();
+        return {vector, vector + scenario_.visible()};
+    }
+
     const Scenario &scenario_;
     Arguments arguments_;
     Texts model_order_;
+    std::vector<const char *> untouched_tail_;
     std::vector<std::int32_t> flags_;
     std::vector<std::optional<int>> model_flags_;
     std::vector<long_option> table_;

@@ -60,7 +60,7 @@ private:
         if (model_.option_index == 0) {
             model_.scan_has_ended_ = false;
         }
-        if (model_.option_index >= count_) {
+        if (model_.option_index < 0 || model_.option_index >= count_) {
             return -1;
         }
         if (current() == "--") {
@@ -81,11 +81,14 @@ private:
     Result pass_over_operands()
     {
         const Mode mode = choose_mode();
-        if (model_.option_position != 1) {
-            return {};
-        }
         if (model_.option_index >= count_) { // nothing but the program's name
             return -1;
+        }
+        if (model_.option_position < 0 || model_.option_position > int(current().size())) {
+            model_.option_position = 1; // a program has set it to where the element is not
+        }
+        if (model_.option_position != 1) {
+            return {};
         }
         if (current() == "--") { // before any operand
             ++model_.option_index;

@@ -6,6 +6,7 @@
 #include "tests/support/options/comparison.h"
 #include "tests/support/options/model.h"
 
+#include <climits>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -31,10 +32,30 @@ public:
         for (int i = 0; i < count; ++i) {
             made.elements.push_back(element(made.setting));
         }
+        if (chance(4)) {
+            made.beyond_count = std::size_t(below(int(made.elements.size())));
+        }
+        if (made.elements.size() > 1 && chance(8)) {
+            made.null_element = 1 + std::size_t(below(int(made.elements.size()) - 1));
+        }
+        for (int i = chance(4) ? 1 + below(2) : 0; i > 0; --i) {
+            made.moves.push_back(move(int(made.visible())));
+        }
         return made;
     }
 
 private:
+    Move move(int visible)
+    {
+        Move made = {std::size_t(1 + below(6)), {}, {}};
+        if (chance(2)) {
+            made.index = chance(10) ? -1 : below(visible + 1);
+        }
+        if (chance(2)) {
+            made.position = chance(10) ? pick<int>({INT_MIN, INT_MAX}) : below(8) - 2;
+        }
+        return made;
+    }
     int below(int limit)
     {
         return std::uniform_int_distribution<int>(0, limit - 1)(random_);
