@@ -96,6 +96,9 @@ up
 -proxy host : 80 get -out
 get -version-
 get -proxy h
+--output zsh/_c
+get --out
+post --keep-
 WORDS
 expect_same commands help.commands bash.commands
 expect_same options help.options bash.options
@@ -109,6 +112,9 @@ up: update
 -proxy host : 80 get -out: -output
 get -version-:
 get -proxy h:
+--output zsh/_c: zsh/_corvella
+get --out: --output
+post --keep-: --keep-partial --keep-body
 REPLIES
 ) || fail 'bash completes something else'
 shellcheck "$lists/bash/corvella" || fail 'the completion of bash is not well-formed'

@@ -21,8 +21,9 @@ _corvella()
     COMPREPLY=()
     [ "$word" != = ] || word=''
     [ "$previous" != = ] || previous=${COMP_WORDS[COMP_CWORD - 2]}
+    previous=${previous/#--/-}
     for ((i = 1; i < COMP_CWORD; ++i)); do
-        case ${COMP_WORDS[i]} in
+        case ${COMP_WORDS[i]/#--/-} in
         ARGUMENT_OPTIONS)
             [ "${COMP_WORDS[i + 1]}" != = ] || ((++i))
             ((++i))
@@ -37,7 +38,9 @@ _corvella()
     done
 )";
 
-constexpr char choose_words[] = R"(    if [[ $word == -* ]]; then
+constexpr char choose_words[] = R"(    if [[ $word == --* ]]; then
+        COMPREPLY=($(compgen -P - -W "$options" -- "${word#-}"))
+    elif [[ $word == -* ]]; then
         COMPREPLY=($(compgen -W "$options" -- "$word"))
 )";
 

@@ -11,7 +11,7 @@ local -a commands options
 local -A opt_args
 integer i
 for ((i = 2; i < CURRENT; ++i)); do
-    case $words[i] in
+    case ${words[i]/#--/-} in
     (ARGUMENT_OPTIONS) ((++i)) ;;
     (-*) ;;
     (*) command=$words[i]; break ;;
@@ -72,7 +72,8 @@ std::string choose_options()
     for (const program_command &command : program_commands()) {
         text += branch(command.name, options_of(command.name));
     }
-    return text + branch("*", all_options()) + "esac\n";
+    return text + branch("*", all_options()) + "esac\n" +
+           "(( ! ${words[(I)--*]} )) || options+=(\"${(@)options/#-/--}\")\n";
 }
 
 std::string list_commands()

@@ -78,6 +78,17 @@ TEST_F(BashCompletion, HasTheOptionsOfTheFirstOperand)
     EXPECT_EQ(completed({"-dry", "keep", "file", "-"}), "-dry|-level|-out|");
 }
 
+TEST_F(BashCompletion, HasTheOptionsWithTwoDashesToo)
+{
+    EXPECT_EQ(completed({"show", "--"}), "--dry|--in|--level|");
+    EXPECT_EQ(completed({"show", "--l"}), "--level|");
+    EXPECT_EQ(completed({"--in", "firs"}), "first file|");
+    EXPECT_EQ(completed({"stop", "--in", "=", "firs"}), "first file|");
+    EXPECT_EQ(completed({"--in", "show", "s"}), "show|stop|");
+    EXPECT_EQ(completed({"--level", "=", "keep", "stop", "-"}), "-dry|");
+    EXPECT_EQ(completed({"--level", "s"}), "");
+}
+
 TEST_F(BashCompletion, HasFilesForTheOperandsThatAreFiles)
 {
     EXPECT_EQ(completed({"show", "fi"}), "file|first file|");

@@ -88,6 +88,17 @@ TEST(ZshCompletion, TakesNoOptionOrArgumentForACommand)
     EXPECT_EQ(asked("", {"-in", "stop", "-"}), options_asked({in, level, out, dry}));
 }
 
+TEST(ZshCompletion, HasTheOptionsWithTwoDashesToo)
+{
+    const std::string other = "--level['Level' without an argument.]\n";
+    EXPECT_EQ(asked("", {"stop", "--"}), options_asked({dry, std::string("-") + dry}));
+    EXPECT_EQ(asked("", {"--level", "show", "stop", "-"}),
+              options_asked({dry, std::string("-") + dry}));
+    EXPECT_EQ(asked("", {"keep", "--le"}),
+              options_asked({level_of_keep, out, dry, other, std::string("-") + out,
+                             std::string("-") + dry}));
+}
+
 // The word that is being completed is no command yet.
 TEST(ZshCompletion, TakesNoUnfinishedWordForACommand)
 {
