@@ -10,6 +10,9 @@ namespace {
 constexpr int least_columns = 40;
 constexpr int tab = 8;
 constexpr int description_column = 24;
+constexpr char credentials_note[] =
+    "The proxy and the web server both see the credentials of -proxy-user or -user, but a proxy "
+    "that asks for its own (status 407) gets none.";
 
 /// Breaks a text into lines. \param first_column where it begins on the first of them
 /// \param indent where it begins on the others
@@ -71,6 +74,7 @@ std::string usage_text(int columns)
             text += option_entry(option, columns);
         }
     }
+    text += "\n" + wrapped(credentials_note, columns, 0, 0) + "\n";
     text += "\nExit status:\n";
     for (const exit_status_meaning &line : exit_status_meanings()) {
         text += entry(std::to_string(line.status), line.meaning, columns);

@@ -168,6 +168,14 @@ TEST(UsageText, FitsTheTerminalThatGetsTheComplaintBeforeIt)
     EXPECT_EQ(seen.substr(seen.size() - usage.size()), usage);
 }
 
+TEST(UsageText, TellsWhoSeesCredentials)
+{
+    EXPECT_TRUE(
+        contains(usage_with_columns("1000"),
+                 "\n\nThe proxy and the web server both see the credentials of -proxy-user "
+                 "or -user, but a proxy that asks for its own (status 407) gets none.\n\n"));
+}
+
 TEST(UsageText, ListsEachOptionOnceForItsCommands)
 {
     const std::string usage = usage_with_columns("79");
