@@ -34,9 +34,10 @@ struct command_line {
     const char *output; ///< a file's path; null for standard output
     bool keep_partial;
     bool keep_body;
-    const char *data; ///< what post sends instead of fields: a file's path, "-", or null
-    const char *type; ///< the media type of \c data, or null
-    double max_time;  ///< in seconds; 0 for no limit
+    const char *data;          ///< what post sends instead of fields: a file's path, "-", or null
+    const char *type;          ///< the media type of \c data, or null
+    double max_time;           ///< in seconds; 0 for no limit
+    const char *max_time_text; ///< as the user typed it, or null
     update_options update;
     bool reads_password; ///< obtain_password() fills in the one of \c proxy
     ProxySettings proxy; ///< its user and password are those of -user and -pass where given

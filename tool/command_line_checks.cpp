@@ -27,6 +27,7 @@ bool check_max_time(command_line &line, const given_options &given)
     if (given.max_time == nullptr) {
         return true;
     }
+    line.max_time_text = given.max_time;
     const bool is_number = parse_decimal(given.max_time, line.max_time);
     return (is_number && line.max_time >= least_seconds && line.max_time <= most_seconds) ||
            fail("-max-time takes seconds from 0.001 to 1000000.");

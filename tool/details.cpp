@@ -1,15 +1,20 @@
 #include "tool/details.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <string>
 #include <unistd.h>
 
 #include "support/c-utils.h"
 #include "support/error.h"
+#include "tool/output.h"
 #include "tool/printable.h"
+#include "tool/reply_check.h"
+#include "tool/shown_body.h"
 #include "tool/timing.h"
 #include "tool/url.h"
+
+namespace corvella {
 
 namespace {
 
@@ -19,7 +24,7 @@ constexpr char fixed_lines[] = "Accept: image/gif, image/x-xbitmap, image/jpeg, 
                                "User-Agent: Morvane_Auto1\n"
                                "Referer: www." CORVELLA_MAKER_DOMAIN;
 
-/// Shows each line of a text, \p mark before it.
+/// Shows each line of a text, \p mark in front of it.
 void show_lines(char mark, const std::string &text)
 {
     for (const std::string &line : lines_of(text)) {
@@ -32,21 +37,27 @@ std::size_t length_of(const char *text)
     return text != nullptr ? std::strlen(text) : 0;
 }
 
-/// The lines of a form, from the web client itself.
-std::string form_lines(const std::vector<FormField> &fields)
+void show_body(const request_details &request, const char *password)
 {
-    std::string lines;
-    std::string body;
-    build_form_body(static_cast<int>(fields.size()), fields.data(), lines, body);
-    return lines;
+    show_lines('}', shown_body(request.body, request.is_form, password));
+    if (request.body.size() > most_shown_of_body) {
+        print_indented("* the first %zu of %zu bytes of the body are shown\n", most_shown_of_body,
+                       request.body.size());
+    }
+}
+
+std::string seconds_text(double seconds)
+{
+    char text[32];
+    format_string_bounded(text, sizeof text, "%.3f", seconds);
+    return text;
 }
 
 } // namespace
 
-void show_request_details(const char *url, const char *method, const std::vector<FormField> &fields,
-                          const proxy_arguments &proxy)
+void show_request_details(const request_details &request, const proxy_arguments &proxy)
 {
-    const std::string host = host_of_url(url);
+    const std::string host = host_of_url(request.url);
     if (host.empty()) {
         return;
     }
@@ -54,20 +65,45 @@ void show_request_details(const char *url, const char *method, const std::vector
         show_lines('*', "Through the proxy " + std::string(proxy.host) + ", port " +
                             std::to_string(proxy.port));
     }
-    show_lines('>', std::string(method) + " " + url + " HTTP/1.0\n" + fixed_lines);
-    show_lines('>', form_lines(fields) + "\nHost: " + host);
+    show_lines('>', std::string(request.method) + " " + request.url + " HTTP/1.0\n" + fixed_lines);
+    show_lines('>', request.header_lines + "\nHost: " + host);
     if (proxy.user != nullptr && proxy.password != nullptr) {
         show_lines('>', "Authorization: Basic ****");
     }
+    show_body(request, proxy.password);
 }
 
 void show_reply_details(const char *header, const char *body)
 {
-    const double seconds = static_cast<double>(elapsed_time());
-    end_timing(body != nullptr);
+    for (const step_time &step : step_times()) {
+        print_indented("* %s: %.3f s\n", step.name, step.seconds);
+    }
     if (header != nullptr) {
         show_lines('<', header);
     }
-    print_indented("* in all: %.3f s, %zu bytes of header, %zu bytes of body\n", seconds,
+    print_indented("* in all: %.3f s, %zu bytes of header, %zu bytes of body\n", exchange_seconds(),
                    length_of(header), length_of(body));
 }
+
+void print_reply_details(const char *tag, const char *header, const char *body)
+{
+    if (header != nullptr) {
+        if (const int status = reply_status(header)) {
+            say_named(tag, "Status", std::to_string(status));
+        }
+        say_named(tag, "Header size", std::to_string(std::strlen(header)));
+    }
+    if (body != nullptr) {
+        say_named(tag, "Body size", std::to_string(std::strlen(body)));
+    }
+    const std::vector<step_time> steps = step_times();
+    for (const step_time &step : steps) {
+        say_named(tag, (std::string("Seconds for ") + step.name).c_str(),
+                  seconds_text(step.seconds));
+    }
+    if (!steps.empty()) {
+        say_named(tag, "Seconds in all", seconds_text(exchange_seconds()));
+    }
+}
+
+} // namespace corvella

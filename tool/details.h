@@ -1,17 +1,36 @@
 /// \file
-/// What -verbose tells of a request, on standard error.
+/// What is reported of a request beside its result: by -verbose on standard error, in an automated
+/// run in frames.
 #pragma once
 
-#include <vector>
+#include <string>
+#include <string_view>
 
 #include "tool/exchange.h"
 
-/// Shows the request as it will be sent, with stars in place of credentials; nothing of one that
-/// will not be, because its protocol is another.
-void show_request_details(const char *url, const char *method, const std::vector<FormField> &fields,
-                          const proxy_arguments &proxy);
+namespace corvella {
 
-/// Shows how long the exchange took since start_timer(), in the pieces of begin_timing() and in
-/// all, the header of the reply, and how much came.
-/// \param header null where none came, and so with \p body
+/// A request as it is sent; see web_transaction().
+struct request_details {
+    const char *url;
+    const char *method;
+    std::string header_lines; ///< those that describe the body
+    std::string_view body;    ///< of a POST
+    bool is_form;             ///< whether the body is a form
+};
+
+/// Shows the request on standard error as it will be sent; nothing of one that will not be sent
+/// because its protocol is not HTTP. Stars replace the credentials, and within the body the
+/// password and the values of form fields whose names look like those of secrets. Of the body only
+/// the first 4096 bytes are shown, without control characters.
+void show_request_details(const request_details &request, const proxy_arguments &proxy);
+
+/// Shows on standard error how long the exchange and its steps took, the header of the reply, and
+/// how much came.
+/// \param header null if none came; \p body too
 void show_reply_details(const char *header, const char *body);
+
+/// Prints the same facts, with the status in place of the header, as results named \p tag.
+void print_reply_details(const char *tag, const char *header, const char *body);
+
+} // namespace corvella

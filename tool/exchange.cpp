@@ -1,66 +1,16 @@
 #include "tool/exchange.h"
 
-#include <csignal>
-
 #include "support/c-utils.h"
 #include "tool/output.h"
 #include "tool/password.h"
-#include "tool/waiting_line.h"
+#include "tool/stop_signals.h"
+#include "tool/timing.h"
 
 namespace {
-
-/// How the program takes SIGINT outside an exchange.
-struct sigaction usual_action = {};
-
-void request_cancel(int)
-{
-    web_cancel_requested = 1;
-}
-
-void catch_interrupt()
-{
-    sigaction(SIGINT, nullptr, &usual_action);
-    if (usual_action.sa_handler == SIG_IGN) {
-        return; // whoever started the program wants it so
-    }
-    struct sigaction action = {};
-    action.sa_handler = request_cancel;
-    // The second one finds the default again. No restart: a wait is to notice the first.
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
-    sigemptyset(&action.sa_mask);
-    sigaction(SIGINT, &action, nullptr);
-}
 
 const char *null_if_empty(const char *text)
 {
     return text[0] != '\0' ? text : nullptr;
-}
-
-exit_status status_of(int result)
-{
-    switch (result) {
-    case 0:
-        return EXIT_DONE;
-    case 1:
-        return EXIT_TIMED_OUT;
-    case 2:
-        return EXIT_CANCELLED;
-    default:
-        return EXIT_FAILED;
-    }
-}
-
-/// A request to stop that the transaction did not get to see, because the connection attempt failed
-/// by it or the body kept coming, counts as a cancellation and is taken back.
-int as_seen_by_the_user(int result)
-{
-    constexpr int cancelled = 2;
-    if (web_cancel_requested == 0) {
-        return result;
-    }
-    web_cancel_requested = 0;
-    set_web_error("User canceled web transaction");
-    return cancelled;
 }
 
 } // namespace
@@ -71,25 +21,98 @@ proxy_arguments proxy_arguments_of(const ProxySettings &settings)
             null_if_empty(settings.user), null_if_empty(settings.password)};
 }
 
-void begin_exchange(const command_line &line)
+namespace corvella {
+
+namespace {
+
+std::size_t body_bytes = 0;
+
+void handle_step(WebStep step, void *)
 {
-    catch_interrupt();
-    start_timer();
-    if (!line.quiet && !line.automated) {
-        begin_waiting_line();
+    note_step(step);
+    if (step == WEB_CONNECTED) {
+        expect_stop_at_flag();
+        show_connected();
     }
 }
 
-exit_status end_exchange(int result, command_line &line)
+void handle_body(std::size_t received, void *)
 {
+    body_bytes = received;
+    show_received(received);
+    if (stop_requested()) {
+        throw exchange_stopped();
+    }
+}
+
+exit_status status_of(int result)
+{
+    switch (result) {
+    case WEB_DONE:
+        return EXIT_DONE;
+    case WEB_TIMED_OUT:
+        return EXIT_TIMED_OUT;
+    case WEB_CANCELLED:
+        return EXIT_CANCELLED;
+    default:
+        return EXIT_FAILED;
+    }
+}
+
+/// An interrupt that the transaction did not see, because it failed the connecting or the reply
+/// came complete all the same, counts as a cancellation.
+int result_for_user(int result, stop_cause cause)
+{
+    if (cause == stop_cause::interrupt) {
+        set_web_error("User canceled web transaction");
+        return WEB_CANCELLED;
+    }
+    if (cause == stop_cause::time_limit && result == WEB_CANCELLED) {
+        set_web_error("%s", time_limit_text());
+        return WEB_TIMED_OUT;
+    }
+    return result;
+}
+
+} // namespace
+
+void begin_exchange(const command_line &line, const progress_facts &facts)
+{
+    body_bytes = 0;
+    start_timer();
+    begin_timing();
+    begin_stop_signals({line.max_time, line.max_time_text}, line.automated);
+    set_web_step_callback(handle_step, nullptr);
+    set_web_progress_callback(handle_body, nullptr);
+    if (!line.quiet && !line.automated) {
+        begin_progress_line(facts);
+    }
+}
+
+int end_exchange(int result, command_line &line)
+{
+    const stop_cause cause = end_stop_signals();
+    set_web_step_callback(nullptr, nullptr);
+    set_web_progress_callback(nullptr, nullptr);
+    end_timing();
+    end_progress_line();
     wipe(line.proxy.password, sizeof line.proxy.password);
-    end_waiting_line();
-    sigaction(SIGINT, &usual_action, nullptr);
-    result = as_seen_by_the_user(result);
-    if (result != 0) {
+    return result_for_user(result, cause);
+}
+
+std::size_t received_body_bytes()
+{
+    return body_bytes;
+}
+
+exit_status report_exchange(int result)
+{
+    if (result != WEB_DONE) {
         // Only the update query fails without a reason of the web client's.
         const char *const reason = web_last_error();
         report_error(reason[0] != '\0' ? reason : "The reply has no message.");
     }
     return status_of(result);
 }
+
+} // namespace corvella

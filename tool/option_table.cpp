@@ -109,7 +109,7 @@ const std::vector<exit_status_meaning> &exit_status_meanings()
         {EXIT_DONE, "done"},
         {EXIT_FAILED, "failed; the reason is on standard error"},
         {EXIT_USAGE, "the command line is wrong"},
-        {EXIT_TIMED_OUT, "the web site said, or took, nothing for 10 seconds"},
+        {EXIT_TIMED_OUT, "no progress for 10 seconds, or the end of -max-time"},
         {EXIT_CANCELLED, "cancelled with Ctrl-C"},
     };
     return meanings;

@@ -4,16 +4,20 @@
 #include <string>
 #include <vector>
 
+#include "support/error.h"
 #include "tool/commands.h"
 #include "tool/details.h"
 #include "tool/exchange.h"
 #include "tool/output.h"
 #include "tool/output_file.h"
 #include "tool/password.h"
+#include "tool/reply_check.h"
+#include "tool/request_body.h"
 #include "tool/timing.h"
 #include "tool/url.h"
-#include "tool/waiting_line.h"
 #include "web/web.h"
+
+namespace corvella {
 
 namespace {
 
@@ -23,9 +27,24 @@ struct named_value {
     const char *value;
 };
 
-void free_text(char **text)
+/// What a command sends.
+struct request_content {
+    const char *method;
+    std::vector<FormField> fields;
+    const char *type; ///< of the data; null for a form
+    std::string data;
+};
+
+/// The texts of a reply; each null until it came.
+struct reply_texts {
+    char *header;
+    char *body;
+};
+
+void free_reply(const reply_texts *texts)
 {
-    std::free(*text);
+    std::free(texts->header);
+    std::free(texts->body);
 }
 
 /// \return false, after a complaint, when an argument has no "=".
@@ -43,49 +62,131 @@ bool read_fields(const command_line &line, std::vector<named_value> &fields)
     return true;
 }
 
-bool write_reply(const command_line &line, const char *header, const char *body)
+/// \return false, after a complaint, when a field is too long for a form.
+bool check_fields(const std::vector<FormField> &fields)
 {
-    // The header text ends before the line feed of its empty line.
-    if (line.show_header) {
-        if (!show_reply_text(std::string(header) + "\n")) {
+    for (const FormField &field : fields) {
+        const std::string error = field_error(field);
+        if (!error.empty()) {
+            complain_of_usage(error);
             return false;
         }
     }
-    return line.output != nullptr ? write_output_file(line.output, body) : show_reply_text(body);
+    return true;
 }
 
-exit_status exchange(command_line &line, const char *method, const std::vector<FormField> &fields)
+bool write_reply(const command_line &line, const reply_texts &reply)
 {
-    char *header = nullptr;
-    char *body = nullptr;
-    // Given back on every way out, an exception included.
-    const std::unique_ptr<char *, void (*)(char **)> header_owner(&header, free_text);
-    const std::unique_ptr<char *, void (*)(char **)> body_owner(&body, free_text);
+    if (line.show_header) {
+        std::string header = reply.header;
+        if (!header_is_broken_off(header)) {
+            header += '\n'; // the text ends before the line feed of the empty line
+        }
+        if (!show_reply_text(header)) {
+            return false;
+        }
+    }
+    return line.output != nullptr ? write_output_file(line.output, reply.body)
+                                  : show_reply_text(reply.body);
+}
+
+request_details details_of(const command_line &line, const request_content &request,
+                           std::string &form)
+{
+    request_details details = {line.operands[0], request.method, "", "", request.type == nullptr};
+    if (request.type == nullptr) {
+        build_form_body(static_cast<int>(request.fields.size()), request.fields.data(),
+                        details.header_lines, form);
+        details.body = form;
+    } else {
+        details.header_lines = std::string("Content-Type: ") + request.type +
+                               "\nContent-Length: " + std::to_string(request.data.size());
+        details.body = request.data;
+    }
+    return details;
+}
+
+int send_request(const char *url, const request_content &request, const proxy_arguments &proxy,
+                 reply_texts &reply)
+{
+    int result;
+    if (request.type == nullptr) {
+        result = web_request(url, request.method, static_cast<int>(request.fields.size()),
+                             request.fields.data(), &reply.header, &reply.body, proxy.host,
+                             proxy.port, proxy.user, proxy.password);
+    } else {
+        result = web_post(url, request.type, request.data, &reply.header, &reply.body, proxy.host,
+                          proxy.port, proxy.user, proxy.password);
+    }
+    if (result == WEB_DONE) {
+        note_body();
+    }
+    return result;
+}
+
+void show_details(const command_line &line, const reply_texts &reply)
+{
+    if (line.verbose) {
+        show_reply_details(reply.header, reply.body);
+    }
+    if (line.automated) {
+        print_reply_details(line.command, reply.header, reply.body);
+    }
+}
+
+/// Reports what is wrong with a reply. \return whether its body is kept all the same.
+bool report_faults(const command_line &line, const reply_faults &faults)
+{
+    for (const std::string &fault : {faults.status, faults.part}) {
+        if (!fault.empty()) {
+            report_error(fault);
+        }
+    }
+    return (faults.status.empty() || line.keep_body) && (faults.part.empty() || line.keep_partial);
+}
+
+/// Checks a reply that came, and prints or writes it.
+exit_status finish_reply(const command_line &line, const reply_texts &reply,
+                         const reply_faults &faults)
+{
+    if (!report_faults(line, faults)) {
+        return EXIT_FAILED;
+    }
+    if (is_chunked(reply.header) && !line.quiet) {
+        report_message(8, "The reply's body is in chunked coding and is kept as it came.");
+    }
+    const bool written = write_reply(line, reply);
+    return written && faults.status.empty() && faults.part.empty() ? EXIT_DONE : EXIT_FAILED;
+}
+
+exit_status exchange(command_line &line, const request_content &request)
+{
+    reply_texts reply = {nullptr, nullptr};
+    // Frees on every return, an exception included.
+    const std::unique_ptr<const reply_texts, void (*)(const reply_texts *)> owner(&reply,
+                                                                                  free_reply);
     if ((line.output != nullptr && !check_output_file(line.output)) || !obtain_password(line)) {
         return EXIT_FAILED;
     }
     const proxy_arguments proxy = proxy_arguments_of(line.proxy);
-
+    std::string form;
+    const request_details details = details_of(line, request, form);
     if (line.verbose) {
-        show_request_details(line.operands[0], method, fields, proxy);
-        begin_timing();
+        show_request_details(details, proxy);
     }
-    begin_exchange(line);
-    int result =
-        web_request(line.operands[0], method, static_cast<int>(fields.size()), fields.data(),
-                    &header, &body, proxy.host, proxy.port, proxy.user, proxy.password);
-    if (result == 0) {
-        result = check_reply_status(header);
+    const progress_facts facts = {
+        proxy.host != nullptr ? proxy.host : host_as_typed(line.operands[0]),
+        std::strcmp(request.method, "POST") == 0 ? details.body.size() : 0, &reply.header};
+    const int result = run_exchange(
+        line, facts, [&] { return send_request(line.operands[0], request, proxy, reply); });
+    if (result != WEB_DONE) {
+        show_details(line, reply);
+        return report_exchange(result);
     }
-    if (line.verbose) {
-        end_waiting_line();
-        show_reply_details(header, body);
-    }
-    const exit_status status = end_exchange(result, line);
-    if (status != EXIT_DONE) {
-        return status;
-    }
-    return write_reply(line, header, body) ? EXIT_DONE : EXIT_FAILED;
+    // Before anything else may set another error text.
+    const reply_faults faults = check_reply(reply.header, reply.body, received_body_bytes());
+    show_details(line, reply);
+    return finish_reply(line, reply, faults);
 }
 
 bool has_url(const command_line &line)
@@ -101,30 +202,61 @@ bool has_url(const command_line &line)
     return true;
 }
 
+/// Whether a media type can be sent as a header line.
+bool is_media_type(const char *type)
+{
+    const char *c = type;
+    while (*c != '\0' && static_cast<unsigned char>(*c) >= ' ' && *c != 0x7f) {
+        ++c;
+    }
+    return *c == '\0' && c != type;
+}
+
+exit_status post_data(command_line &line)
+{
+    request_content request = {"POST", {}, "application/octet-stream", ""};
+    if (line.type != nullptr) {
+        request.type = line.type;
+    }
+    if (!is_media_type(request.type)) {
+        complain_of_usage("-type takes a media type without control characters.");
+        return EXIT_USAGE;
+    }
+    return read_request_body(line.data, request.data) ? exchange(line, request) : EXIT_FAILED;
+}
+
 } // namespace
+
+} // namespace corvella
 
 exit_status get_command(command_line &line)
 {
-    if (!has_url(line)) {
+    if (!corvella::has_url(line)) {
         return EXIT_USAGE;
     }
     if (line.operands.size() > 1) {
         complain_of_usage("get takes one URL.");
         return EXIT_USAGE;
     }
-    return exchange(line, "GET", {});
+    return corvella::exchange(line, {"GET", {}, nullptr, ""});
 }
 
 exit_status post_command(command_line &line)
 {
-    std::vector<named_value> named_values;
-    if (!has_url(line) || !read_fields(line, named_values)) {
+    std::vector<corvella::named_value> named_values;
+    if (!corvella::has_url(line) || !corvella::read_fields(line, named_values)) {
         return EXIT_USAGE;
+    }
+    if (line.data != nullptr) {
+        return corvella::post_data(line);
     }
     std::vector<FormField> fields;
     fields.reserve(named_values.size());
-    for (const named_value &field : named_values) {
+    for (const corvella::named_value &field : named_values) {
         fields.push_back({field.name.c_str(), field.value});
     }
-    return exchange(line, "POST", fields);
+    if (!corvella::check_fields(fields)) {
+        return EXIT_USAGE;
+    }
+    return corvella::exchange(line, {"POST", fields, nullptr, ""});
 }

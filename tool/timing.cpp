@@ -1,43 +1,56 @@
 #include "tool/timing.h"
 
-#include <vector>
-
 #include "support/c-utils.h"
-#include "support/error.h"
-#include "web/web.h"
+
+namespace corvella {
 
 namespace {
 
-struct piece {
+struct finished_step {
     const char *name;
     float end; ///< seconds since start_timer()
 };
 
-std::vector<piece> pieces;
-
-void note_step(WebStep step, void *)
-{
-    static const char *const names[] = {"address", "connection", "request", "header"};
-    pieces.push_back({names[step], elapsed_time()});
-}
+std::vector<finished_step> finished_steps;
+float end_of_exchange = 0.0f;
 
 } // namespace
 
 void begin_timing()
 {
-    pieces.clear();
-    set_web_step_callback(note_step, nullptr);
+    finished_steps.clear();
 }
 
-void end_timing(bool body_came)
+void note_step(WebStep step)
 {
-    set_web_step_callback(nullptr, nullptr);
-    if (body_came) {
-        pieces.push_back({"body", elapsed_time()});
-    }
-    float begin = 0.0f;
-    for (const piece &done : pieces) {
-        print_indented("* %s: %.3f s\n", done.name, static_cast<double>(done.end - begin));
-        begin = done.end;
-    }
+    static const char *const names[] = {"address", "connection", "request", "header"};
+    finished_steps.push_back({names[step], elapsed_time()});
 }
+
+void note_body()
+{
+    finished_steps.push_back({"body", elapsed_time()});
+}
+
+std::vector<step_time> step_times()
+{
+    std::vector<step_time> times;
+    float begin = 0.0f;
+    for (const finished_step &step : finished_steps) {
+        times.push_back({step.name, static_cast<double>(step.end - begin)});
+        begin = step.end;
+    }
+    return times;
+}
+
+void end_timing()
+{
+    end_of_exchange = elapsed_time();
+}
+
+double exchange_seconds()
+{
+    return static_cast<double>(end_of_exchange);
+}
+
+} // namespace corvella

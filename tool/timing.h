@@ -1,10 +1,34 @@
 /// \file
-/// How long each piece of an exchange took.
+/// How long each step of an exchange took.
 #pragma once
 
-/// Begins to note when the web client's steps are done. The first piece begins at start_timer().
+#include <vector>
+
+#include "web/web.h"
+
+namespace corvella {
+
+struct step_time {
+    const char *name;
+    double seconds;
+};
+
+/// Forgets the steps of the exchange before. The first step begins at start_timer().
 void begin_timing();
 
-/// Ends that, and shows on standard error the seconds of each piece that was done.
-/// \param body_came whether the body, of which no step tells, is done too: just now
-void end_timing(bool body_came);
+/// Notes that a step is done.
+void note_step(WebStep step);
+
+/// Notes that the body is complete, which no WebStep reports.
+void note_body();
+
+/// \return the steps that were done, in their order.
+std::vector<step_time> step_times();
+
+/// Notes the end of the exchange.
+void end_timing();
+
+/// \return the seconds from start_timer() to end_timing().
+double exchange_seconds();
+
+} // namespace corvella

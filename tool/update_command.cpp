@@ -152,8 +152,12 @@ exit_status update_command(command_line &line)
         return EXIT_FAILED;
     }
     static update_reply_texts reply; // too large for the stack of a small thread
-    begin_exchange(line);
-    const exit_status status = end_exchange(query(line, version, reply), line);
+    const char *const proxy = proxy_arguments_of(line.proxy).host;
+    const corvella::progress_facts facts = {proxy != nullptr ? proxy : "www." CORVELLA_MAKER_DOMAIN,
+                                            0, nullptr};
+    const int result =
+        corvella::run_exchange(line, facts, [&] { return query(line, version, reply); });
+    const exit_status status = corvella::report_exchange(result);
     if (status != EXIT_DONE) {
         return status;
     }

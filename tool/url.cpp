@@ -98,11 +98,13 @@ std::string without_fragment(const char *url)
 
 std::string host_of_url(const char *url)
 {
-    const char *const host = behind_protocol(url);
-    if (host == nullptr) {
-        return "";
-    }
-    std::string name(host, std::strspn(host, host_characters));
+    std::string name = corvella::host_as_typed(url);
     string_to_upper(name.c_str(), name.data());
     return name;
+}
+
+std::string corvella::host_as_typed(const char *url)
+{
+    const char *const host = behind_protocol(url);
+    return host == nullptr ? "" : std::string(host, std::strspn(host, host_characters));
 }

@@ -20,3 +20,10 @@ constexpr int greatest_port = 65535;
 /// \return the host of a URL that complaint_of_url() lets pass, in capitals as in the request; ""
 /// for another protocol.
 std::string host_of_url(const char *url);
+
+namespace corvella {
+
+/// \return the same host as the URL spells it.
+std::string host_as_typed(const char *url);
+
+} // namespace corvella

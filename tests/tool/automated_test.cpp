@@ -2,6 +2,7 @@
 /// -automated: every byte of standard output, command by command.
 #include <array>
 #include <gtest/gtest.h>
+#include <regex>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -35,39 +36,88 @@ ProgramResult query_answered_with(const std::string &reply, const Arguments &mor
     return run_automated(arguments, options);
 }
 
-TEST(AutomatedGet, LeavesTheReplyAsItIs)
+/// Replaces the digits of every time by "T": "0.012" becomes "T".
+std::string without_times(const std::string &text)
 {
-    const std::string reply = good_reply("the body\n");
-    ScriptedServer body(replying(reply));
-    EXPECT_EQ(run_automated({"get", url_of(body)}).out, "the body\n");
-    ScriptedServer whole(replying(reply));
-    EXPECT_EQ(run_automated({"get", "-header", url_of(whole)}).out, reply);
+    return std::regex_replace(text, std::regex("(Seconds [^:]*: )[0-9]+[.][0-9]{3}\n"), "$1T\n");
 }
 
-TEST(AutomatedGet, SaysNothingOfAReplyInAFile)
+/// The frames of an exchange with a reply of this status, header text and body.
+std::string exchange_frames(const std::string &command, const std::string &status,
+                            std::size_t header_size, std::size_t body_size)
+{
+    std::string frames = frame(command + ": Status: " + status) +
+                         frame(command + ": Header size: " + std::to_string(header_size)) +
+                         frame(command + ": Body size: " + std::to_string(body_size));
+    for (const char *const step :
+         {"for address", "for connection", "for request", "for header", "for body", "in all"}) {
+        frames += frame(command + ": Seconds " + step + ": T");
+    }
+    return frames;
+}
+
+// The status line has 15 bytes, the type's line 24, each with 2 more for its end; the empty line's
+// carriage return makes 44.
+TEST(AutomatedGet, FramesTheExchangeBeforeTheReply)
+{
+    const std::string reply = good_reply("the body\n");
+    const std::string frames = exchange_frames("get", "200", 44, 9);
+    ScriptedServer body(replying(reply));
+    EXPECT_EQ(without_times(run_automated({"get", url_of(body)}).out), frames + "the body\n");
+    ScriptedServer whole(replying(reply));
+    EXPECT_EQ(without_times(run_automated({"get", "-header", url_of(whole)}).out), frames + reply);
+}
+
+TEST(AutomatedGet, FramesTheExchangeOfAReplyInAFile)
 {
     const TemporaryDirectory directory;
     ScriptedServer server(replying(good_reply("body")));
     const ProgramResult result =
         run_automated({"get", url_of(server), "-output", directory.path("page")});
-    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(without_times(result.out), exchange_frames("get", "200", 44, 4));
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(directory.read("page"), "body");
 }
 
-TEST(AutomatedGet, FramesItsFailure)
+// "HTTP/1.0 404 Not Found" has 22 bytes.
+TEST(AutomatedGet, FramesItsFailureLast)
 {
     ScriptedServer server(replying("HTTP/1.0 404 Not Found\r\n\r\nbody"));
     const ProgramResult result = run_automated({"get", url_of(server)});
     EXPECT_EQ(result.exit_status, 1);
-    EXPECT_EQ(result.out, frame("Error: Bad HTTP status 404 from web site: Not Found\a"));
+    EXPECT_EQ(without_times(result.out),
+              exchange_frames("get", "404", 25, 4) +
+                  frame("Error: Bad HTTP status 404 from web site: Not Found\a"));
     EXPECT_EQ(result.err, "Error: Bad HTTP status 404 from web site: Not Found\n");
 }
 
-TEST(AutomatedPost, LeavesTheReplyAsItIs)
+TEST(AutomatedGet, FramesTheStepsThatWereDone)
+{
+    const RefusingPort nobody;
+    const ProgramResult result =
+        run_automated({"get", "http://127.0.0.1:" + std::to_string(nobody.port()) + "/"});
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_EQ(without_times(result.out),
+              frame("get: Seconds for address: T") + frame("get: Seconds in all: T") +
+                  frame("Error: Can't connect to web server '127.0.0.1': code 111: Connection "
+                        "refused\a"));
+}
+
+TEST(AutomatedGet, FramesNoStatusThatCannotBeRead)
+{
+    for (const char *const header : {"220 ready", "HTTP/one", "HTTP/1 200 OK"}) {
+        ScriptedServer server(replying(std::string(header) + "\r\n\r\n"));
+        const std::string out = run_automated({"get", url_of(server)}).out;
+        EXPECT_FALSE(contains(out, "Status")) << out;
+        EXPECT_TRUE(contains(out, frame("get: Body size: 0"))) << out;
+    }
+}
+
+TEST(AutomatedPost, FramesTheExchangeBeforeTheReply)
 {
     ScriptedServer server(replying(good_reply("thanks\n")));
-    EXPECT_EQ(run_automated({"post", url_of(server), "a=b"}).out, "thanks\n");
+    EXPECT_EQ(without_times(run_automated({"post", url_of(server), "a=b"}).out),
+              exchange_frames("post", "200", 44, 7) + "thanks\n");
 }
 
 TEST(AutomatedPost, FramesItsFailure)

@@ -1,15 +1,12 @@
 #include <chrono>
 #include <csignal>
-#include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <thread>
-#include <unistd.h>
 
 #include "tests/harness/temporary_directory.h"
+#include "tests/tool/busy_port.h"
 #include "tests/tool/program_under_test.h"
 
 namespace {
@@ -52,48 +49,6 @@ void expect_cancellation(RunningProgram &program)
     EXPECT_EQ(result.out, "");
     EXPECT_TRUE(contains(result.err, "User canceled web transaction")) << result.err;
 }
-
-/// A listening socket whose queue is full, so that a further connection is never made.
-class BusyPort {
-public:
-    BusyPort() : listener_(socket(AF_INET, SOCK_STREAM, 0))
-    {
-        address_.sin_family = AF_INET;
-        address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address_;
-        EXPECT_EQ(bind(listener_, generic(), size), 0);
-        EXPECT_EQ(getsockname(listener_, generic(), &size), 0);
-        EXPECT_EQ(listen(listener_, 0), 0);
-        for (int &waiting : waiting_) {
-            waiting = socket(AF_INET, SOCK_STREAM, 0);
-            fcntl(waiting, F_SETFL, O_NONBLOCK);
-            (void)connect(waiting, generic(), sizeof address_);
-        }
-    }
-    BusyPort(const BusyPort &) = delete;
-    BusyPort &operator=(const BusyPort &) = delete;
-    ~BusyPort()
-    {
-        for (const int waiting : waiting_) {
-            close(waiting);
-        }
-        close(listener_);
-    }
-    std::string url() const
-    {
-        return "http://127.0.0.1:" + std::to_string(ntohs(address_.sin_port)) + "/";
-    }
-
-private:
-    sockaddr *generic()
-    {
-        return reinterpret_cast<sockaddr *>(&address_);
-    }
-
-    sockaddr_in address_ = {};
-    int listener_;
-    int waiting_[4] = {-1, -1, -1, -1};
-};
 
 // The signal fails the attempt, which the web client does not take for a cancellation.
 TEST(Interrupt, CancelsTheConnecting)
@@ -145,6 +100,24 @@ TEST(Interrupt, CancelsTheWaitForTheBody)
     expect_cancellation(program);
     EXPECT_EQ(directory.read("page"), "old");
     EXPECT_EQ(directory.names(), std::vector<std::string>{"page"});
+}
+
+// The program need not wait for such a body to end.
+TEST(Interrupt, CancelsABodyThatKeepsComing)
+{
+    Milestone flooding;
+    ScriptedServer server({collect_request(), send_bytes(good_reply("")), send_bytes("x"),
+                           flooding.step(), send_endlessly("more\n")});
+    RunningProgram program(corvella_command({"get", url_of(server)}));
+    ASSERT_TRUE(flooding.wait());
+    std::this_thread::sleep_for(milliseconds(200));
+    const auto start = steady_clock::now();
+    program.process().signal(SIGINT);
+    const ProgramResult result = program.finish();
+    EXPECT_LT(steady_clock::now() - start, prompt);
+    EXPECT_EQ(result.exit_status, 130) << result.signal;
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(contains(result.err, "User canceled web transaction")) << result.err;
 }
 
 // As with nohup, or in the background of a shell without job control.

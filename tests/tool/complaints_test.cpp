@@ -170,7 +170,7 @@ TEST(Usage, HasALineForEverything)
              "\nExit status:\n  0\t\t\tdone\n",
              "  1\t\t\tfailed; the reason is on standard error\n",
              "  2\t\t\tthe command line is wrong\n",
-             "  3\t\t\tthe web site said, or took, nothing for 10 seconds\n",
+             "  3\t\t\tno progress for 10 seconds, or the end of -max-time\n",
              "  130\t\t\tcancelled with Ctrl-C\n",
          }) {
         EXPECT_TRUE(contains(usage, line)) << line;

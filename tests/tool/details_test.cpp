@@ -5,6 +5,7 @@
 #include <map>
 #include <sstream>
 
+#include "tests/harness/temporary_directory.h"
 #include "tests/harness/terminal.h"
 #include "tests/tool/program_under_test.h"
 
@@ -97,6 +98,76 @@ TEST(VerboseOption, ShowsNoStarsWhereNoCredentialsAreSent)
                                  .err;
     EXPECT_FALSE(contains(half, "Authorization")) << half;
     EXPECT_FALSE(contains(only_request(proxy), "Authorization"));
+}
+
+/// What -verbose shows of the body that a post sends.
+std::string shown_body(const Arguments &arguments)
+{
+    const ScriptedServer server(replying(good_reply("")));
+    Arguments all = {"post", "-verbose", url_of(server)};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    return lines_marked('}', run_corvella(all).err, "\n");
+}
+
+TEST(VerboseOption, ShowsTheBodyOfAPost)
+{
+    EXPECT_EQ(shown_body({"product=A B", "v=1.0"}), "product=A%20B&v=1%2e0\n");
+    EXPECT_EQ(shown_body({}), "");
+    const TemporaryDirectory directory;
+    EXPECT_EQ(shown_body({"-data", directory.write("data", "one\r\n\ntwo\n")}), "one\ntwo\n");
+}
+
+TEST(VerboseOption, ShowsNoBodyOfAGet)
+{
+    const ScriptedServer server(replying(good_reply("")));
+    EXPECT_EQ(lines_marked('}', run_corvella({"get", "-verbose", url_of(server)}).err, "\n"), "");
+}
+
+TEST(VerboseOption, ShowsNoControlCharactersOfABody)
+{
+    const TemporaryDirectory directory;
+    const std::string data("a\0b\x1b[2J\x9b\x7f\xc3\xa9", 11);
+    EXPECT_EQ(shown_body({"-data", directory.write("data", data)}), "a?b?[2J??\xc3\xa9\n");
+}
+
+TEST(VerboseOption, ShowsStarsInPlaceOfSecretsOfABody)
+{
+    EXPECT_EQ(shown_body({"user=me", "Password=open sesame", "x=1"}),
+              "user=me&Password=****&x=1\n");
+    EXPECT_EQ(shown_body({"api_token=1", "PWD=2", "client-secret=3", "passport="}),
+              "api%5ftoken=****&PWD=****&client%2dsecret=****&passport=****\n");
+    const TemporaryDirectory directory;
+    EXPECT_EQ(shown_body({"-data", directory.write("data", "login open sesame, open sesame!"),
+                          "-user", "Aladdin", "-pass", "open sesame"}),
+              "login ****, ****!\n");
+    EXPECT_EQ(shown_body({"text=say open sesame", "-user", "Aladdin", "-pass", "open sesame"}),
+              "text=say%20****\n");
+}
+
+TEST(VerboseOption, ShowsTheBeginningOfALongBody)
+{
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("data", std::string(4095, 'x') + "yz");
+    const ScriptedServer server(replying(good_reply("")));
+    const std::string err = run_corvella({"post", "-verbose", url_of(server), "-data", path}).err;
+    EXPECT_EQ(lines_marked('}', err, "\n"), std::string(4095, 'x') + "y\n");
+    EXPECT_TRUE(contains(err, "* the first 4096 of 4097 bytes of the body are shown\n")) << err;
+    directory.write("data", std::string(4096, 'x'));
+    const std::string whole = run_corvella({"post", "-verbose", url_of(server), "-data", path}).err;
+    EXPECT_FALSE(contains(whole, "bytes of the body are shown")) << whole;
+}
+
+TEST(VerboseOption, ShowsNoPartOfASecretAtTheEnd)
+{
+    const TemporaryDirectory directory;
+    const Arguments login = {"-user", "me", "-pass", "secret-word"};
+    for (const std::string &before :
+         {std::string(4090, 'x'), "secret-word" + std::string(4090, 'x')}) {
+        const std::string data = before + "secret-word" + std::string(100, 'y');
+        Arguments arguments = {"-data", directory.write("data", data)};
+        arguments.insert(arguments.end(), login.begin(), login.end());
+        EXPECT_FALSE(contains(shown_body(arguments), "se"));
+    }
 }
 
 // "HTTP/1.0 200 OK", "X-Line: 1" and the empty line have 15 + 2 + 9 + 2 + 2 bytes, of which the

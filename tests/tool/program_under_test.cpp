@@ -77,6 +77,19 @@ ScriptStep collect_form()
     };
 }
 
+ScriptStep send_endlessly(const std::string &bytes)
+{
+    std::string many;
+    while (many.size() < 10'000) {
+        many += bytes;
+    }
+    return [many](ScriptedConnection &connection) {
+        while (connection.send(many)) {
+        }
+        return false;
+    };
+}
+
 ScriptStep Milestone::step()
 {
     return [reached = reached_](ScriptedConnection &) { return *reached = true; };

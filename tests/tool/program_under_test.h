@@ -33,6 +33,8 @@ std::string url_of(const ScriptedServer &server, std::string_view path = "/page"
 std::string proxy_of(const ScriptedServer &server);
 /// A step that receives a whole request, with its body if it has one.
 ScriptStep collect_form();
+/// A step that sends these bytes again and again until the client has gone.
+ScriptStep send_endlessly(const std::string &bytes);
 /// A place in a script that a test can wait for.
 class Milestone {
 public:
