@@ -5,9 +5,13 @@
 #include <cstdlib>
 #include <new>
 
+#include "web/fresh_memory.h"
+
 namespace {
 
 constexpr std::size_t least_capacity = 512;
+constexpr std::size_t least_populated_length = 4 * 1024 * 1024;
+constexpr std::size_t most_populated_ahead = 2 * 1024 * 1024;
 
 /// Resizes the block. \return whether it worked; if not, the block is what it was.
 bool resize(reply_text &text, std::size_t capacity)
@@ -20,6 +24,19 @@ bool resize(reply_text &text, std::size_t capacity)
     text.data.reset(block);
     text.capacity = capacity;
     return true;
+}
+
+/// Populates the memory ahead of a long text, at most a 32nd of its length, so that its peak memory
+/// stays near its length. A system that refuses is not tried again for this text.
+void populate_ahead(reply_text &text)
+{
+    if (text.length < text.populated || text.length < least_populated_length) {
+        return;
+    }
+    const std::size_t ahead =
+        std::min({text.length / 32, most_populated_ahead, text.capacity - text.length});
+    const bool populated = corvella::populate_memory(text.data.get() + text.length, ahead);
+    text.populated = populated ? text.length + ahead : SIZE_MAX;
 }
 
 } // namespace
@@ -42,6 +59,7 @@ char *room_in_reply_text(reply_text &text, std::size_t count)
             throw std::bad_alloc();
         }
     }
+    populate_ahead(text);
     return text.data.get() + text.length;
 }
 
@@ -51,5 +69,6 @@ char *take_reply_text(reply_text &text)
     resize(text, text.length + 1); // a block that cannot shrink serves as it is
     text.length = 0;
     text.capacity = 0;
+    text.populated = 0;
     return text.data.release();
 }

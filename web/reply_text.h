@@ -10,6 +10,7 @@ struct reply_text {
     std::unique_ptr<char, void (*)(void *)> data;
     std::size_t length;
     std::size_t capacity;
+    std::size_t populated = 0; ///< the length from which on to populate memory again
 };
 
 /// \return an empty text.

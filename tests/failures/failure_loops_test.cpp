@@ -37,6 +37,8 @@ INSTANTIATE_TEST_SUITE_P(Options, FailureLoops, testing::ValuesIn(option_scenari
                          name_of_scenario);
 INSTANTIATE_TEST_SUITE_P(Transaction, FailureLoops, testing::ValuesIn(transaction_scenarios()),
                          name_of_scenario);
+INSTANTIATE_TEST_SUITE_P(ReplyText, FailureLoops, testing::ValuesIn(reply_text_scenarios()),
+                         name_of_scenario);
 INSTANTIATE_TEST_SUITE_P(Update, FailureLoops, testing::ValuesIn(update_scenarios()),
                          name_of_scenario);
 

@@ -103,7 +103,7 @@ std::vector<FailureScenario> all_scenarios()
     std::vector<FailureScenario> all;
     for (const auto &scenarios :
          {error_scenarios(), c_utils_scenarios(), file_scenarios(), option_scenarios(),
-          transaction_scenarios(), update_scenarios()}) {
+          transaction_scenarios(), reply_text_scenarios(), update_scenarios()}) {
         all.insert(all.end(), scenarios.begin(), scenarios.end());
     }
     return all;

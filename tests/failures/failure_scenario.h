@@ -35,6 +35,7 @@ std::vector<FailureScenario> c_utils_scenarios();
 std::vector<FailureScenario> file_scenarios();
 std::vector<FailureScenario> option_scenarios();
 std::vector<FailureScenario> transaction_scenarios();
+std::vector<FailureScenario> reply_text_scenarios();
 std::vector<FailureScenario> update_scenarios();
 std::vector<FailureScenario> all_scenarios();
 

@@ -206,6 +206,8 @@ extern "C" {
 
 WRAPPED(int, socket, (int family, int type, int protocol), (family, type, protocol), Socket, -1)
 WRAPPED(void *, gethostbyname, (const char *name), (name), Lookup, nullptr)
+WRAPPED(int, madvise, (void *start, std::size_t count, int advice), (start, count, advice), Advise,
+        -1)
 WRAPPED(int, connect, (int descriptor, const void *address, socklen_t size),
         (descriptor, address, size), Connect, -1)
 WRAPPED(int, setsockopt, (int descriptor, int level, int option, const void *value, socklen_t size),

@@ -17,6 +17,7 @@
 enum class Call {
     Malloc,
     Realloc,
+    Advise,
     New,
     Socket,
     Lookup,

@@ -11,6 +11,7 @@ const std::array<FallibleCall, call_count> &fallible_calls()
     static const std::array<FallibleCall, call_count> calls = {{
         {Call::Malloc, {"malloc"}, {ENOMEM}},
         {Call::Realloc, {"realloc"}, {ENOMEM}},
+        {Call::Advise, {"madvise"}, {EACCES, EAGAIN, EBADF, EFAULT, EINVAL, EIO, ENOMEM, EPERM}},
         {Call::New, {"operator new"}, {ENOMEM}},
         {Call::Socket,
          {"socket"},

@@ -15,6 +15,14 @@ namespace {
 
 constexpr std::size_t greatest = std::numeric_limits<std::size_t>::max();
 
+/// What was advised, and the result.
+struct Advice {
+    const char *start;
+    std::size_t count;
+};
+std::vector<Advice> advice;
+int advice_result = 0;
+
 /// The sizes that were asked for, and from which one on none is given.
 std::vector<std::size_t> requests;
 std::size_t least_refused = greatest;
@@ -24,6 +32,8 @@ protected:
     ReplyText()
     {
         requests.clear();
+        advice.clear();
+        advice_result = 0;
         least_refused = greatest;
     }
 };
@@ -44,6 +54,75 @@ void *__wrap_realloc(void *pointer, std::size_t size)
 {
     requests.push_back(size);
     return size < least_refused ? __real_realloc(pointer, size) : nullptr;
+}
+
+extern "C" int __wrap_madvise(void *start, std::size_t count, int what);
+
+int __wrap_madvise(void *start, std::size_t count, int)
+{
+    advice.push_back({static_cast<const char *>(start), count});
+    return advice_result;
+}
+
+namespace {
+
+constexpr std::size_t mebibyte = std::size_t{1} << 20;
+
+/// A system without the call never comes to the tests of what is advised.
+bool memory_can_be_populated()
+{
+    reply_text text = make_reply_text();
+    append(text, 4 * mebibyte);
+    append(text, mebibyte);
+    const bool advised = !advice.empty();
+    advice.clear();
+    return advised;
+}
+
+} // namespace
+
+TEST_F(ReplyText, PopulatesAThirtySecondPartAhead)
+{
+    if (!memory_can_be_populated()) {
+        GTEST_SKIP() << "the system cannot populate memory";
+    }
+    reply_text text = make_reply_text();
+    append(text, 32 * mebibyte);
+    EXPECT_TRUE(advice.empty()) << "nothing had been received";
+    for (std::size_t length = 0; length < 4 * mebibyte; length += 1023) {
+        append(text, 1023);
+    }
+    ASSERT_FALSE(advice.empty());
+    for (const Advice &one : advice) {
+        EXPECT_GE(one.start, text.data.get() + 32 * mebibyte);
+        EXPECT_LE(one.start + one.count, text.data.get() + text.length + 2 * mebibyte);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(one.start) % 65536, 0u);
+        EXPECT_EQ(one.count % 65536, 0u);
+        EXPECT_LE(one.count, 36 * mebibyte / 32);
+        EXPECT_GE(one.count, mebibyte - 2 * 65536);
+    }
+    EXPECT_LE(advice.size(), 4u) << "a mebibyte at a time";
+}
+
+TEST_F(ReplyText, PopulatesNothingOfAShortText)
+{
+    reply_text text = make_reply_text();
+    append(text, 4 * mebibyte - 1024);
+    append(text, 1023);
+    EXPECT_TRUE(advice.empty());
+}
+
+TEST_F(ReplyText, TriesToPopulateOnceWhereTheSystemRefuses)
+{
+    if (!memory_can_be_populated()) {
+        GTEST_SKIP() << "the system cannot populate memory";
+    }
+    advice_result = -1;
+    reply_text text = make_reply_text();
+    for (std::size_t length = 0; length < 8 * mebibyte; length += 1023) {
+        append(text, 1023);
+    }
+    EXPECT_EQ(advice.size(), 1u);
 }
 
 TEST_F(ReplyText, BeginsWith512BytesAndGrowsByHalf)

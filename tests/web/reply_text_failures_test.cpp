@@ -1,0 +1,51 @@
+// A long text of a reply with every call failing in turn; see tests/failures.
+#include "tests/failures/failure_scenario.h"
+#include "tests/web/failing_exchange.h"
+#include "web/reply_text.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t long_text_length = std::size_t{16} << 20;
+
+/// A text so long that its memory is populated ahead. A system that refuses changes nothing.
+FailureScenario long_reply_text()
+{
+    return {"LongReplyText",
+            {"web_transaction"}, // a part of it
+            {Call::Realloc, Call::Advise},
+            nullptr,
+            [] {
+                reply_text text = make_reply_text();
+                for (int part = 0; part < 2; ++part) {
+                    std::memset(room_in_reply_text(text, long_text_length / 2), 'x',
+                                long_text_length / 2);
+                    text.length += long_text_length / 2;
+                }
+                room_in_reply_text(text, 1);
+                running.body = take_reply_text(text);
+            },
+            [] {
+                const bool is_whole =
+                    running.body != nullptr && std::strspn(running.body, "x") == long_text_length;
+                std::free(running.body);
+                running.body = nullptr;
+                return std::string(is_whole ? "whole" : "");
+            },
+            "whole",
+            [](const Failure &failure) -> std::string {
+                return is_out_of_memory(failure) ? "std::bad_alloc " : "whole";
+            }};
+}
+
+} // namespace
+
+std::vector<FailureScenario> reply_text_scenarios()
+{
+    return {long_reply_text()};
+}
