@@ -157,10 +157,19 @@ bool ServerProcess::start_on(std::uint16_t port, ChildCommand command)
     return false;
 }
 
+FileServer::FileServer()
+{
+    mkdir(folder().c_str(), 0700);
+}
+
+std::string FileServer::folder() const
+{
+    return directory().path("www");
+}
+
 NginxServer::NginxServer(const std::string &locations)
 {
-    const std::string www = directory().path("www");
-    mkdir(www.c_str(), 0700);
+    const std::string www = folder();
     start([this, &www, &locations](std::uint16_t port) {
         std::ostringstream text;
         text << "daemon off;\nmaster_process off;\npid nginx.pid;\nerror_log stderr;\n"
@@ -177,7 +186,7 @@ NginxServer::NginxServer(const std::string &locations)
     });
 }
 
-void NginxServer::add_file(const std::string &name, std::string_view content) const
+void FileServer::add_file(const std::string &name, std::string_view content) const
 {
     const std::filesystem::path path = directory().path("www/" + name);
     std::filesystem::create_directories(path.parent_path());
@@ -186,6 +195,34 @@ void NginxServer::add_file(const std::string &name, std::string_view content) co
     if (!file) {
         throw std::runtime_error("cannot write " + name);
     }
+}
+
+LighttpdServer::LighttpdServer()
+{
+    start([this](std::uint16_t port) {
+        const std::string configuration = directory().write(
+            "lighttpd.conf",
+            "server.document-root = \"" + folder() +
+                "\"\nserver.bind = \"127.0.0.1\"\nserver.port = " + std::to_string(port) +
+                "\nmimetype.assign = ( \".txt\" => \"text/plain\" )\n");
+        return ChildCommand{{"lighttpd", "-D", "-f", configuration}};
+    });
+}
+
+BusyboxServer::BusyboxServer()
+{
+    start([this](std::uint16_t port) {
+        return ChildCommand{
+            {"busybox", "httpd", "-f", "-p", "127.0.0.1:" + std::to_string(port), "-h", folder()}};
+    });
+}
+
+PythonServer::PythonServer()
+{
+    start([this](std::uint16_t port) {
+        return ChildCommand{{"python3", "-m", "http.server", "-b", "127.0.0.1", "-d", folder(),
+                             std::to_string(port)}};
+    });
 }
 
 PhpServer::PhpServer()

@@ -56,14 +56,39 @@ private:
     std::unique_ptr<ChildProcess> process_;
 };
 
-/// nginx, with a folder of static files.
-class NginxServer : public ServerProcess {
+/// A server of static files, which are in a folder.
+class FileServer : public ServerProcess {
+public:
+    /// Puts a file, or a piece at the end of one, into the folder; its name may have folders too.
+    void add_file(const std::string &name, std::string_view content) const;
+
+protected:
+    FileServer();
+    ~FileServer() = default;
+    std::string folder() const;
+};
+
+class NginxServer : public FileServer {
 public:
     /// \param locations more of the configuration's server block.
     explicit NginxServer(const std::string &locations = "");
+};
 
-    /// Puts a file, or a piece at the end of one, into the folder; its name may have folders too.
-    void add_file(const std::string &name, std::string_view content) const;
+class LighttpdServer : public FileServer {
+public:
+    LighttpdServer();
+};
+
+/// The web server of busybox.
+class BusyboxServer : public FileServer {
+public:
+    BusyboxServer();
+};
+
+/// Python's http.server.
+class PythonServer : public FileServer {
+public:
+    PythonServer();
 };
 
 /// PHP's own web server, with one page for every path.
