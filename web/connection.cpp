@@ -48,8 +48,7 @@ bool connect_web_socket(int socket, const char *host, const char *name, std::uin
         return false;
     }
     // Not before: some systems would cut the connection attempt short by it.
-    const timeval limit = {SILENCE_LIMIT_SECONDS, 0};
-    setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+    setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &short_slice, sizeof short_slice);
     prepare_sends(socket);
     corvella::notify_step(WEB_CONNECTED);
     return true;

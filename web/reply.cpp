@@ -16,7 +16,6 @@ namespace {
 
 // Deliberately the waits differ: within the header the user can stop the transaction ten times a
 // second, within the body only after a whole silent wait.
-constexpr timeval header_slice = {0, 100000};
 constexpr timeval body_slice = {SILENCE_LIMIT_SECONDS, 0};
 
 constexpr std::size_t chunk_size = 1023;
@@ -65,12 +64,14 @@ bool take_header_byte(reply_text &header, bool &line_is_empty, char byte)
 }
 
 /// A receive error ends the header but not the transaction, deliberately: what follows decides.
-int receive_header(int socket, reply_text &header)
+int receive_header(corvella::request_progress &request, reply_text &header)
 {
+    const int socket = request.socket;
+    corvella::request_progress *unanswered = &request;
     bool line_is_empty = true;
     char byte;
     do {
-        const int waited = finish_wait(wait_readable(socket, header_slice));
+        const int waited = finish_wait(wait_readable(socket, short_slice, unanswered));
         if (waited != WEB_DONE) {
             return waited;
         }
@@ -84,6 +85,7 @@ int receive_header(int socket, reply_text &header)
         if (received <= 0) {
             return WEB_DONE;
         }
+        unanswered = nullptr;
     } while (take_header_byte(header, line_is_empty, byte));
     return WEB_DONE;
 }
@@ -92,7 +94,7 @@ int receive_body(int socket, reply_text &body)
 {
     std::size_t total = 0;
     for (;;) {
-        const int waited = finish_wait(wait_readable(socket, body_slice));
+        const int waited = finish_wait(wait_readable(socket, body_slice, nullptr));
         if (waited != WEB_DONE) {
             return waited;
         }
@@ -116,10 +118,10 @@ int receive_body(int socket, reply_text &body)
 
 } // namespace
 
-int receive_reply(int socket, char **header_out, char **body_out)
+int receive_reply(corvella::request_progress &request, char **header_out, char **body_out)
 {
     reply_text header = make_reply_text();
-    int result = receive_header(socket, header);
+    int result = receive_header(request, header);
     if (result != WEB_DONE) {
         return result;
     }
@@ -127,7 +129,7 @@ int receive_reply(int socket, char **header_out, char **body_out)
     corvella::notify_step(WEB_HEADER_RECEIVED);
 
     reply_text body = make_reply_text();
-    result = receive_body(socket, body);
+    result = receive_body(request.socket, body);
     if (result == WEB_DONE) {
         *body_out = take_reply_text(body);
     }

@@ -12,6 +12,7 @@ namespace {
 constexpr std::size_t least_capacity = 512;
 constexpr std::size_t least_populated_length = 4 * 1024 * 1024;
 constexpr std::size_t most_populated_ahead = 2 * 1024 * 1024;
+constexpr std::size_t greatest_capacity = PTRDIFF_MAX; // what differences of pointers can hold
 
 /// Resizes the block. \return whether it worked; if not, the block is what it was.
 bool resize(reply_text &text, std::size_t capacity)
@@ -48,13 +49,12 @@ reply_text make_reply_text()
 
 char *room_in_reply_text(reply_text &text, std::size_t count)
 {
-    if (count > SIZE_MAX - 1 - text.length) {
+    if (count > greatest_capacity - 1 - text.length) {
         throw std::bad_alloc();
     }
     const std::size_t needed = text.length + count + 1;
     if (needed > text.capacity) {
-        const std::size_t half = text.capacity / 2;
-        const std::size_t grown = half > SIZE_MAX - text.capacity ? needed : text.capacity + half;
+        const std::size_t grown = std::min(text.capacity + text.capacity / 2, greatest_capacity);
         if (!resize(text, std::max({needed, grown, least_capacity}))) {
             throw std::bad_alloc();
         }

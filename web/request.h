@@ -37,7 +37,7 @@ int web_request(const char *url, const char *method, int field_count, const Form
 ///
 /// \return what web_transaction() returns. \p header_out and \p body_out are filled as there, and
 /// released with free().
-/// \throws std::bad_alloc when memory is exhausted.
+/// \throws std::bad_alloc as web_transaction() does.
 int web_post(const char *url, const char *content_type, std::string_view body, char **header_out,
              char **body_out, const char *proxy_host, std::uint16_t proxy_port, const char *user,
              const char *password);

@@ -30,36 +30,25 @@ void wipe_and_free(char *text)
 
 /// The sending of one request.
 struct request_sender {
-    int socket;
+    corvella::request_progress &progress;
     wait_result result; ///< ready until the peer is given up
 };
-
-/// Whether a send failed only because a signal interrupted it, or because its time was up.
-bool made_no_progress(int error, std::uint32_t deadline)
-{
-    return error == EINTR || (error == EAGAIN && deadline_passed(deadline));
-}
 
 /// \param more whether other pieces follow at once
 void send_text(request_sender &sender, std::string_view text, bool more)
 {
-    std::uint32_t deadline = silence_deadline();
+    corvella::request_progress &progress = sender.progress;
     while (!text.empty() && sender.result == wait_result::ready) {
-        const ssize_t sent = send_piece(sender.socket, text.data(), text.size(), more);
-        if (sent == static_cast<ssize_t>(text.size())) {
-            return;
-        }
+        const ssize_t sent = send_piece(progress.socket, text.data(), text.size(), more);
         if (sent >= 0) {
+            progress.accepted += static_cast<std::uint64_t>(sent);
             text.remove_prefix(static_cast<std::size_t>(sent));
-            deadline = silence_deadline();
-        } else if (!made_no_progress(errno, deadline)) {
-            shutdown(sender.socket, SHUT_WR); // or the pieces behind would make another request
+        } else if (errno != EINTR && errno != EAGAIN) { // EAGAIN: the slice is over
+            shutdown(progress.socket, SHUT_WR); // or the pieces after it made another request
             return;
-        } else if (deadline_passed(deadline)) {
-            sender.result = wait_result::timed_out;
         }
-        if (web_cancel_requested != 0) {
-            sender.result = wait_result::cancelled;
+        if (!text.empty()) {
+            sender.result = continue_sending(progress, sent > 0);
         }
     }
 }
@@ -85,13 +74,10 @@ void send_credentials(request_sender &sender, const char *user, const char *pass
 
 } // namespace
 
-wait_result send_request(int socket, const request_parts &request)
+wait_result send_request(const request_parts &request, corvella::request_progress &progress)
 {
-    request_sender sender = {socket, wait_result::ready};
-    const bool posts = std::strcmp(request.method, "POST") == 0;
-    const std::string_view body = posts ? request.body : std::string_view();
-
-    send_text(sender, posts ? "POST " : "GET ", true);
+    request_sender sender = {progress, wait_result::ready};
+    send_text(sender, request.posts ? "POST " : "GET ", true);
     send_text(sender, request.target, true);
     send_text(sender, " HTTP/1.0\r\n", true);
     send_text(sender, "Accept: image/gif, image/x-xbitmap, image/jpeg, image/pjpeg, */*\r\n", true);
@@ -110,7 +96,8 @@ wait_result send_request(int socket, const request_parts &request)
         send_credentials(sender, request.user, request.password);
         send_text(sender, "\r\n", true);
     }
-    send_text(sender, "\r\n", !body.empty());
-    send_text(sender, body, false);
+    send_text(sender, "\r\n", !request.body.empty());
+    progress.body_start = progress.accepted;
+    send_text(sender, request.body, false);
     return sender.result;
 }

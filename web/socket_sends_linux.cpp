@@ -1,5 +1,7 @@
 #include "web/socket_sends.h"
 
+#include <linux/sockios.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 
 void prepare_socket(int)
@@ -15,4 +17,10 @@ void prepare_sends(int)
 ssize_t send_piece(int socket, const char *bytes, std::size_t length, bool more)
 {
     return send(socket, bytes, length, MSG_NOSIGNAL | (more ? MSG_MORE : 0));
+}
+
+std::int64_t unsent_bytes(int socket)
+{
+    int count = 0;
+    return ioctl(socket, SIOCOUTQ, &count) == 0 ? count : -1;
 }

@@ -6,6 +6,10 @@
 
 namespace {
 
+// The time limit of a send applies to each of its waits for room in the buffer. A slow peer could
+// make one long send wait many times, in which no callback would be called.
+constexpr std::size_t greatest_send = 8192;
+
 void set_flag(int socket, int level, int option, int value)
 {
     setsockopt(socket, level, option, &value, sizeof value);
@@ -26,9 +30,20 @@ void prepare_sends(int socket)
 
 ssize_t send_piece(int socket, const char *bytes, std::size_t length, bool more)
 {
+    if (length > greatest_send) {
+        length = greatest_send;
+        more = true;
+    }
     if (!more) {
         // Before the last piece, because not every version sends what was held back by this alone.
         set_flag(socket, IPPROTO_TCP, TCP_NOPUSH, 0);
     }
     return send(socket, bytes, length, 0);
+}
+
+std::int64_t unsent_bytes(int socket)
+{
+    int count = 0;
+    socklen_t size = sizeof count;
+    return getsockopt(socket, SOL_SOCKET, SO_NWRITE, &count, &size) == 0 ? count : -1;
 }

@@ -1,7 +1,9 @@
 #include "web/transaction.h"
 
+#include <cstdint>
 #include <cstring>
 #include <memory>
+#include <new>
 
 #include "web/client_state.h"
 #include "web/connection.h"
@@ -11,6 +13,15 @@
 #include "web/wait.h"
 #include "web/web_error.h"
 
+namespace {
+
+bool posts(const char *method)
+{
+    return std::strcmp(method, "POST") == 0;
+}
+
+} // namespace
+
 int web_transaction(const char *scheme, const char *host, const char *target, std::uint16_t port,
                     const char *method, const char *extra_headers, std::string_view body,
                     char **header_out, char **body_out, const char *proxy_host,
@@ -19,6 +30,10 @@ int web_transaction(const char *scheme, const char *host, const char *target, st
     if (std::strcmp(scheme, "HTTP") != 0) {
         set_web_error("Protocol should be HTTP, not %s", scheme);
         return WEB_FAILED;
+    }
+    const std::string_view sent_body = posts(method) ? body : std::string_view();
+    if (sent_body.size() > PTRDIFF_MAX) { // more than one send may be handed
+        throw std::bad_alloc();
     }
     int socket = create_web_socket();
     if (socket < 0) {
@@ -32,11 +47,13 @@ int web_transaction(const char *scheme, const char *host, const char *target, st
                             proxied ? proxy_port : port)) {
         return WEB_FAILED;
     }
-    const request_parts request = {host, target, method, extra_headers, body, user, password};
-    const int sent = finish_wait(send_request(socket, request));
+    const request_parts request = {host,      target, posts(method), extra_headers,
+                                   sent_body, user,   password};
+    corvella::request_progress progress = {socket};
+    const int sent = finish_wait(send_request(request, progress));
     if (sent != WEB_DONE) {
         return sent;
     }
     corvella::notify_step(WEB_REQUEST_SENT);
-    return receive_reply(socket, header_out, body_out);
+    return receive_reply(progress, header_out, body_out);
 }

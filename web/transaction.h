@@ -30,9 +30,10 @@ using WebProgressCallback = void (*)(std::size_t bytes, void *argument);
 extern volatile std::sig_atomic_t web_cancel_requested;
 
 /// Registers the idle callback; null switches the calls off. The callback runs on the transaction's
-/// own thread: every 100 ms of silence before and within the reply's header, after 10 s of silence
-/// within its body, and whenever a signal interrupts such a wait; not while the request is sent. It
-/// may throw; the connection is closed then too.
+/// own thread while the transaction waits for the server: every 100 ms in which the system accepts
+/// nothing of the request or nothing arrives before or within the reply's header, after 10 s of
+/// silence within its body, and whenever a signal interrupts such a wait. It may throw; the
+/// connection is closed then too.
 void set_web_idle_callback(WebIdleCallback callback, void *argument);
 
 /// Registers the step callback; null switches the calls off. The callback runs on the transaction's
@@ -90,10 +91,16 @@ void set_web_send_callback(WebProgressCallback callback, void *argument);
 /// cancel request nor at the idle callback. Where a wait within the header was in vain, neither
 /// text is touched, whatever had come; a peer that closes without a byte gives two empty ones.
 ///
-/// \return 0 done; -1 failed; 1 the server sent nothing, or took nothing of the request, for 10 s;
-/// 2 cancelled. When it is not 0, web_last_error() has the reason. An earlier error text is not
-/// cleared by success.
-/// \throws std::bad_alloc when memory is exhausted.
+/// A server is given up when it sent nothing, and took nothing of the request, for 10 s. It has
+/// taken what its system has acknowledged (SIOCOUTQ on Linux, SO_NWRITE on Mac OS X; checked every
+/// 100 ms without news), so a server that reads slowly has all the time that it needs, and one
+/// whose window stays closed is silent. Where the system cannot tell, the server has taken what the
+/// system has accepted. From the first byte of the reply on only what the server sends counts.
+///
+/// \return a web_result: 0 done; -1 failed; 1 given up as above; 2 cancelled. When it is not 0,
+/// web_last_error() has the reason. An earlier error text is not cleared by success. \throws
+/// std::bad_alloc when memory is exhausted, or before anything is sent if \p body has more than
+/// PTRDIFF_MAX bytes (2 GiB less 1 on a 32-bit system).
 int web_transaction(const char *scheme, const char *host, const char *target, std::uint16_t port,
                     const char *method, const char *extra_headers, std::string_view body,
                     char **header_out, char **body_out, const char *proxy_host,

@@ -17,6 +17,7 @@ bool is_past(std::uint32_t deadline, std::uint32_t now)
 }
 
 constexpr std::uint32_t silence_limit = SILENCE_LIMIT_SECONDS * 1000u;
+constexpr std::uint32_t slice_ms = 100;
 
 } // namespace
 
@@ -30,12 +31,12 @@ bool deadline_passed(std::uint32_t deadline)
     return is_past(deadline, current_time_milliseconds());
 }
 
-wait_result wait_readable(int socket, timeval slice)
+wait_result wait_readable(int socket, timeval slice, corvella::request_progress *request)
 {
     // One look at the clock serves the deadline and the first comparison: this is done for each
     // byte of a header.
     std::uint32_t now = current_time_milliseconds();
-    const std::uint32_t deadline = now + silence_limit;
+    std::uint32_t deadline = now + silence_limit;
     for (; !is_past(deadline, now); now = current_time_milliseconds()) {
         fd_set readable;
         FD_ZERO(&readable);
@@ -48,9 +49,36 @@ wait_result wait_readable(int socket, timeval slice)
         if (web_cancel_requested != 0) {
             return wait_result::cancelled;
         }
+        if (request != nullptr) {
+            now = current_time_milliseconds();
+            if (corvella::check_remaining_request(*request, now)) {
+                deadline = now + silence_limit;
+            }
+        }
         corvella::notify_idle();
     }
     return wait_result::timed_out;
+}
+
+wait_result continue_sending(corvella::request_progress &request, bool accepted_some)
+{
+    if (web_cancel_requested != 0) {
+        return wait_result::cancelled;
+    }
+    const std::uint32_t now = current_time_milliseconds();
+    const bool is_first = !request.checked;
+    if (accepted_some && !is_first && now - request.checked_at < slice_ms) {
+        return wait_result::ready;
+    }
+    if (corvella::check_request_progress(request, now) || is_first) {
+        request.deadline = now + silence_limit;
+    } else if (!accepted_some && is_past(request.deadline, now)) {
+        return wait_result::timed_out;
+    }
+    if (!accepted_some) {
+        corvella::notify_idle();
+    }
+    return wait_result::ready;
 }
 
 int finish_wait(wait_result result)

@@ -5,18 +5,32 @@
 #include <cstdint>
 #include <sys/time.h>
 
+#include "web/request_progress.h"
+
 /// Descriptors that the wait can hold; one of this number or above must not reach it.
 constexpr int WAIT_DESCRIPTORS = 1024;
 
 /// Silence after which a peer is given up.
 constexpr int SILENCE_LIMIT_SECONDS = 10;
 
+/// The longest part of a wait without a check of the cancel request and the callbacks; within a
+/// reply's body there is none as short, on purpose.
+constexpr timeval short_slice = {0, 100000};
+
 enum class wait_result { ready, timed_out, cancelled };
 
 /// Waits until \p socket can be read, in slices of \p slice, and begins none once
 /// SILENCE_LIMIT_SECONDS are over: a wait that signals interrupt may last up to one slice longer.
 /// After each slice without news, a requested cancellation is honoured or the idle callback called.
-wait_result wait_readable(int socket, timeval slice);
+/// \param request null, or the request whose reply is waited for: after each slice in which the
+///     peer took some of it the time begins anew
+wait_result wait_readable(int socket, timeval slice, corvella::request_progress *request);
+
+/// Goes on after a send of which the system did not accept everything: honours a cancellation,
+/// checks what the peer has taken, and calls the idle callback if \p accepted_some is false.
+/// \return wait_result::ready if the rest is to be sent; timed_out if the peer took nothing for
+/// SILENCE_LIMIT_SECONDS; cancelled.
+wait_result continue_sending(corvella::request_progress &request, bool accepted_some);
 
 /// Sets the error text of a wait that was in vain. \return the web_result that says the same;
 /// WEB_DONE, and no text, for wait_result::ready. A cancellation is honoured by this: the request

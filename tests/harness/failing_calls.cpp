@@ -215,6 +215,8 @@ WRAPPED(int, setsockopt, (int descriptor, int level, int option, const void *val
 WRAPPED(int, shutdown, (int descriptor, int how), (descriptor, how), Shutdown, -1)
 WRAPPED(int, select, (int width, void *reading, void *writing, void *others, void *limit),
         (width, reading, writing, others, limit), Select, -1)
+WRAPPED(int, ioctl, (int descriptor, unsigned long request, void *argument),
+        (descriptor, request, argument), Control, -1)
 WRAPPED(ssize_t, recv, (int descriptor, void *buffer, std::size_t size, int flags),
         (descriptor, buffer, size, flags), Receive, -1)
 WRAPPED(int, chmod, (const char *path, unsigned mode), (path, mode), Chmod, -1)

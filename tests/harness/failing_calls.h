@@ -26,6 +26,7 @@ enum class Call {
     Send,
     Shutdown,
     Select,
+    Control,
     Receive,
     Close,
     Fopen,

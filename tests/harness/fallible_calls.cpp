@@ -34,6 +34,7 @@ const std::array<FallibleCall, call_count> &fallible_calls()
                                 ENOMEM,       ENOTCONN, ENOTSOCK, EOPNOTSUPP,  EPIPE}},
         {Call::Shutdown, {"shutdown"}, {EBADF, EINTR, EINVAL, ENOBUFS, ENOTCONN, ENOTSOCK}},
         {Call::Select, {"select"}, {EBADF, EINTR, EINVAL, ENOMEM}},
+        {Call::Control, {"ioctl"}, {EBADF, EFAULT, EINTR, EINVAL, ENOTTY}},
         {Call::Receive,
          {"recv"},
          {EAGAIN, EBADF, ECONNREFUSED, ECONNRESET, EFAULT, EINTR, EINVAL, EIO, ENOBUFS, ENOMEM,

@@ -1,10 +1,12 @@
 #include "tests/harness/scripted_server.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstddef>
+#include <cstdint>
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -55,20 +57,28 @@ bool ScriptedConnection::ready(short events)
 
 bool ScriptedConnection::collect_until(const std::function<bool(const std::string &received)> &done)
 {
-    std::array<char, 65536> block;
     while (!done(received_)) {
-        if (!ready(POLLIN)) {
+        if (receive_some(SIZE_MAX) == 0) {
             return false;
         }
-        const ssize_t count = recv(socket_, block.data(), block.size(), 0);
-        if (count <= 0) {
-            return false;
-        }
-        const std::string_view bytes(block.data(), static_cast<std::size_t>(count));
-        received_ += bytes;
-        server_.record(bytes);
     }
     return true;
+}
+
+std::size_t ScriptedConnection::receive_some(std::size_t size)
+{
+    std::array<char, 65536> block;
+    if (!ready(POLLIN)) {
+        return 0;
+    }
+    const ssize_t count = recv(socket_, block.data(), std::min(size, block.size()), 0);
+    if (count <= 0) {
+        return 0;
+    }
+    const std::string_view bytes(block.data(), static_cast<std::size_t>(count));
+    received_ += bytes;
+    server_.record(bytes);
+    return bytes.size();
 }
 
 bool ScriptedConnection::send(std::string_view bytes)
@@ -142,6 +152,21 @@ ScriptStep collect_request(std::size_t body_size)
     };
 }
 
+ScriptStep collect_slowly(std::size_t size, std::size_t chunk, int milliseconds)
+{
+    return [size, chunk, milliseconds](ScriptedConnection &connection) {
+        std::size_t left = size;
+        while (left > 0) {
+            const std::size_t count = connection.receive_some(std::min(chunk, left));
+            if (count == 0 || !connection.wait(milliseconds)) {
+                return false;
+            }
+            left -= count;
+        }
+        return true;
+    };
+}
+
 ScriptStep collect_to_end()
 {
     return [](ScriptedConnection &connection) {
@@ -203,9 +228,12 @@ ScriptStep reset_connection()
     };
 }
 
-ScriptedServer::ScriptedServer(ServerScript script, bool accepting)
+ScriptedServer::ScriptedServer(ServerScript script, bool accepting, int receive_buffer)
     : script_(std::move(script)), listener_(bound_socket(port_))
 {
+    if (receive_buffer > 0) {
+        setsockopt(listener_, SOL_SOCKET, SO_RCVBUF, &receive_buffer, sizeof receive_buffer);
+    }
     if (listen(listener_, 16) != 0 || pipe(stop_pipe_) != 0 || pipe(release_pipe_) != 0) {
         throw std::runtime_error("no server for the test");
     }

@@ -39,6 +39,9 @@ public:
 
     /// Receives until \p done says so of all that this connection has received.
     bool collect_until(const std::function<bool(const std::string &received)> &done);
+    /// Receives at most \p size bytes, which are there at least in part. \return how many; 0 as
+    /// above.
+    std::size_t receive_some(std::size_t size);
     bool send(std::string_view bytes);
     bool wait(int milliseconds);
     bool wait_for_release();
@@ -64,6 +67,8 @@ using ServerScript = std::vector<ScriptStep>;
 
 /// Receives a request: all up to its empty line, and \p body_size bytes behind it.
 ScriptStep collect_request(std::size_t body_size = 0);
+/// Receives \p size bytes, at most \p chunk of them every \p milliseconds.
+ScriptStep collect_slowly(std::size_t size, std::size_t chunk, int milliseconds);
 /// Receives until the client closes.
 ScriptStep collect_to_end();
 ScriptStep send_bytes(std::string bytes);
@@ -82,8 +87,9 @@ public:
     /// Listens from here on. With \p accepting false, clients get a connection from the system that
     /// nobody ever reads. The server's thread leaves the heap alone until the first client comes,
     /// so that the test may fork: a heap that another thread is using cannot be used in the child.
+    /// With a \p receive_buffer, SO_RCVBUF of each connection.
     /// \throws std::runtime_error when there is no socket to be had.
-    explicit ScriptedServer(ServerScript script, bool accepting = true);
+    explicit ScriptedServer(ServerScript script, bool accepting = true, int receive_buffer = 0);
     ScriptedServer(const ScriptedServer &) = delete;
     ScriptedServer &operator=(const ScriptedServer &) = delete;
     ~ScriptedServer();

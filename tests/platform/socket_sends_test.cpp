@@ -22,6 +22,8 @@ using Texts = std::vector<std::string>;
 
 /// What every wrapped call leaves here: its name with what matters of its arguments.
 Texts calls;
+/// What getsockopt returns.
+int unsent_result = 0;
 /// The sockets that the calls were made on.
 std::vector<int> sockets;
 
@@ -88,6 +90,7 @@ int __wrap_socket(int family, int type, int protocol);
 int __real_connect(int socket, const sockaddr *address, socklen_t size);
 int __wrap_connect(int socket, const sockaddr *address, socklen_t size);
 int __wrap_setsockopt(int socket, int level, int option, const void *value, socklen_t size);
+int __wrap_getsockopt(int socket, int level, int option, void *value, socklen_t *size);
 ssize_t __real_send(int socket, const void *bytes, size_t size, int flags);
 ssize_t __wrap_send(int socket, const void *bytes, size_t size, int flags);
 
@@ -110,6 +113,16 @@ int __wrap_setsockopt(int socket, int level, int option, const void *value, sock
     sockets.push_back(socket);
     errno = EINVAL; // as after a failure, which is none of the sends' business
     return -1;
+}
+
+int __wrap_getsockopt(int socket, int level, int option, void *value, socklen_t *size)
+{
+    const bool known = level == SOL_SOCKET && option == SO_NWRITE && *size == sizeof(int);
+    calls.push_back(known ? "SO_NWRITE" : "option " + std::to_string(option));
+    sockets.push_back(socket);
+    const int unsent = 12345;
+    std::memcpy(value, &unsent, sizeof unsent);
+    return unsent_result;
 }
 
 ssize_t __wrap_send(int socket, const void *bytes, size_t size, int flags)
@@ -135,10 +148,10 @@ TEST_F(SocketSends, AConnectedSocketGathersPieces)
     EXPECT_EQ(sockets, std::vector<int>{17});
 }
 
-TEST_F(SocketSends, ATransactionHasEachSendWaitForTenSecondsAtMost)
+TEST_F(SocketSends, ATransactionHasEachSendWaitFor100MillisecondsAtMost)
 {
     EXPECT_EQ(run({}).result, 0);
-    EXPECT_EQ(std::count(calls.begin(), calls.end(), "SO_SNDTIMEO 10 s 0 us"), 1);
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "SO_SNDTIMEO 0 s 100000 us"), 1);
 }
 
 TEST_F(SocketSends, APieceWithOthersBehindItIsOneSendWithoutFlags)
@@ -160,6 +173,26 @@ TEST_F(SocketSends, APieceIsSentAsItIsWithItsNulBytes)
     const std::string piece("a\0b", 3);
     EXPECT_EQ(send_piece(17, piece.data(), piece.size(), true), 3);
     EXPECT_EQ(calls, Texts{"send with flags 0: " + piece});
+}
+
+TEST_F(SocketSends, ALargePieceIsSentInSmallOnesAndHeldBackUntilTheLast)
+{
+    const std::string piece(8193, 'x');
+    EXPECT_EQ(send_piece(17, piece.data(), 8193, false), 8192);
+    EXPECT_EQ(calls, Texts{"send with flags 0: " + piece.substr(1)});
+    calls.clear();
+    EXPECT_EQ(send_piece(17, piece.data(), 8192, false), 8192);
+    EXPECT_EQ(calls, (Texts{"TCP_NOPUSH 0", "send with flags 0: " + piece.substr(1)}));
+}
+
+TEST_F(SocketSends, ReportTheUnsentBytes)
+{
+    unsent_result = 0;
+    EXPECT_EQ(unsent_bytes(17), 12345);
+    EXPECT_EQ(calls, Texts{"SO_NWRITE"});
+    EXPECT_EQ(sockets, std::vector<int>{17});
+    unsent_result = -1;
+    EXPECT_EQ(unsent_bytes(17), -1);
 }
 
 TEST_F(SocketSends, TellHowManyBytesWent)

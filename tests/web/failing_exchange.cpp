@@ -47,11 +47,11 @@ bool was_interruption(int error)
     return error == EINTR || error == EAGAIN;
 }
 
-/// An interrupted send is tried again. Whatever else is lost cuts the request, of which the reply
-/// tells; here there is one.
+/// A send that was interrupted, or whose slice is over, is tried again. Whatever else is lost cuts
+/// the request, of which the reply tells; here there is one.
 Exchange with_failed_send(const Failure &failure)
 {
-    if (failure.error != EINTR) {
+    if (!was_interruption(failure.error)) {
         return {0, header, body, "", false};
     }
     return failure.for_ever() ? Exchange{1, {}, {}, timeout, false} : Exchange{0, header, body};

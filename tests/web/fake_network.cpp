@@ -6,9 +6,11 @@
 #include <algorithm>
 #include <arpa/inet.h>
 #include <cerrno>
+#include <cstdarg>
 #include <cstring>
 #include <fcntl.h>
 #include <netdb.h>
+#include <sys/ioctl.h>
 #include <sys/select.h>
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -39,6 +41,51 @@ bool sending_is_shut_down()
     return std::any_of(
         network.shutdowns.begin(), network.shutdowns.end(),
         [](const FakeNetwork::Shutdown &shutdown) { return shutdown.how != SHUT_RD; });
+}
+
+/// What the peer has got of the request, counted from the connection on.
+struct Transfer {
+    std::size_t start = 0; ///< bytes of network.sent that were for earlier connections
+    std::size_t taken = 0;
+    std::int64_t begun_ms = 0;
+    std::int64_t counted_ms = 0; ///< up to when \a taken is right
+};
+Transfer transfer;
+
+std::size_t accepted_bytes()
+{
+    return network.sent.size() - std::min(transfer.start, network.sent.size());
+}
+
+/// Brings the count of taken bytes up to now. \return how many the system still holds.
+std::size_t held_bytes()
+{
+    const std::size_t accepted = accepted_bytes();
+    if (network.taken_per_ms < 0) {
+        transfer.taken = accepted;
+        return 0;
+    }
+    std::int64_t until_ms = network.clock_ms;
+    if (network.takes_for_ms < until_ms - transfer.begun_ms) {
+        until_ms = transfer.begun_ms + network.takes_for_ms;
+    }
+    if (until_ms > transfer.counted_ms) {
+        const std::int64_t more = (until_ms - transfer.counted_ms) * network.taken_per_ms;
+        transfer.taken = std::min(accepted, transfer.taken + static_cast<std::size_t>(more));
+        transfer.counted_ms = until_ms;
+    }
+    return accepted - transfer.taken;
+}
+
+/// How much a send may add. As the system does, waits up to 100 ms for a third of the buffer.
+std::size_t room_for_send()
+{
+    if (held_bytes() < network.send_buffer) {
+        return network.send_buffer - held_bytes();
+    }
+    network.clock_ms += 100;
+    const std::size_t room = network.send_buffer - std::min(held_bytes(), network.send_buffer);
+    return room >= network.send_buffer / 3 ? room : 0;
 }
 
 /// Lets up to \p limit_ms pass; false when something happens before they have.
@@ -168,6 +215,7 @@ int connect(int, const sockaddr *address, socklen_t size)
     sockaddr_in copy = {};
     std::memcpy(&copy, address, std::min<std::size_t>(size, sizeof copy));
     network.connects.push_back(copy);
+    transfer = {network.sent.size(), 0, network.clock_ms, network.clock_ms};
     return network.connect_error != 0 ? fails_with(network.connect_error) : 0;
 }
 
@@ -192,10 +240,30 @@ ssize_t send(int, const void *bytes, size_t size, int flags)
     if (sending_is_shut_down()) {
         return fails_with(EPIPE);
     }
-    const std::size_t count = std::min(size, network.send_at_most);
+    const std::size_t room = room_for_send();
+    if (room == 0 && size > 0) {
+        return fails_with(EAGAIN);
+    }
+    const std::size_t count = std::min({size, network.send_at_most, room});
     network.sent.append(static_cast<const char *>(bytes), count);
     return static_cast<ssize_t>(count);
 }
+
+#ifdef __linux__
+// SIOCOUTQ is the only request.
+int ioctl(int, unsigned long request, ...) noexcept
+{
+    ++network.unsent_queries;
+    if (!network.tells_unsent) {
+        return fails_with(ENOTTY);
+    }
+    std::va_list arguments;
+    va_start(arguments, request);
+    *va_arg(arguments, int *) = static_cast<int>(held_bytes());
+    va_end(arguments);
+    return 0;
+}
+#endif
 
 int shutdown(int, int how) noexcept
 {

@@ -1,8 +1,8 @@
 /// \file
 /// The system's network and clock replaced by a script: in a program with this file, the library's
-/// calls of gethostbyname, socket, connect, send, shutdown, select, recv and gettimeofday come
-/// here. Time passes only within select, and sends and receives that fail, so that a time-out of
-/// ten seconds takes none.
+/// calls of gethostbyname, socket, connect, send, ioctl, shutdown, select, recv and gettimeofday
+/// come here. Time passes only within select, and sends and receives that fail, so that a time-out
+/// of ten seconds takes none.
 #pragma once
 
 #include <cstddef>
@@ -49,7 +49,11 @@ struct FakeNetwork {
     int send_interruptions = 0;   ///< that precede each send that works
     int send_interruption_ms = 0; ///< that each of them takes
     std::size_t send_at_most = SIZE_MAX;
-    std::size_t lost_send = SIZE_MAX; ///< the number of the one send that fails with ENOBUFS
+    std::size_t lost_send = SIZE_MAX;      ///< the number of the one send that fails with ENOBUFS
+    std::size_t send_buffer = SIZE_MAX;    ///< bytes that the system holds for the peer
+    std::int64_t taken_per_ms = -1;        ///< bytes that the peer takes of them; -1: all at once
+    std::int64_t takes_for_ms = INT64_MAX; ///< after which it takes nothing any more
+    bool tells_unsent = true;              ///< whether the system reports what it holds
     std::size_t receive_at_most = SIZE_MAX;
     int receive_error_ms = 0;  ///< that every failing recv takes
     bool keeps_records = true; ///< of each send, wait and receive; too many of them take too much
@@ -64,6 +68,7 @@ struct FakeNetwork {
         int flags;
     };
     std::vector<Send> sends; ///< each, but for those of nothing
+    int unsent_queries = 0;  ///< calls that asked what the system holds
     struct Shutdown {
         int how;
         std::size_t sends_before;

@@ -13,7 +13,8 @@
 
 namespace {
 
-constexpr std::size_t greatest = std::numeric_limits<std::size_t>::max();
+/// The greatest block: 2 GiB less one byte where words have 32 bits.
+constexpr std::size_t greatest = std::numeric_limits<std::ptrdiff_t>::max();
 
 /// What was advised, and the result.
 struct Advice {
@@ -25,7 +26,7 @@ int advice_result = 0;
 
 /// The sizes that were asked for, and from which one on none is given.
 std::vector<std::size_t> requests;
-std::size_t least_refused = greatest;
+std::size_t least_refused = SIZE_MAX;
 
 class ReplyText : public testing::Test {
 protected:
@@ -34,7 +35,7 @@ protected:
         requests.clear();
         advice.clear();
         advice_result = 0;
-        least_refused = greatest;
+        least_refused = SIZE_MAX;
     }
 };
 
@@ -186,23 +187,25 @@ TEST_F(ReplyText, RefusesALengthThatCannotBeCounted)
     reply_text text = {{nullptr, std::free}, greatest - 10, greatest - 10};
     EXPECT_THROW(room_in_reply_text(text, 10), std::bad_alloc);
     EXPECT_THROW(room_in_reply_text(text, greatest), std::bad_alloc);
+    EXPECT_THROW(room_in_reply_text(text, SIZE_MAX), std::bad_alloc);
     EXPECT_TRUE(requests.empty());
 }
 
 TEST_F(ReplyText, AsksForTheGreatestSizeThereIs)
 {
+    least_refused = greatest;
     reply_text text = {{nullptr, std::free}, greatest - 10, greatest - 10};
     EXPECT_THROW(room_in_reply_text(text, 9), std::bad_alloc);
     EXPECT_EQ(requests, (std::vector<std::size_t>{greatest}));
 }
 
-TEST_F(ReplyText, GrowsByHalfAsLongAsThatCanBeCounted)
+TEST_F(ReplyText, GrowsByHalfUpToTheGreatestSize)
 {
-    const std::size_t two_thirds = greatest / 3 * 2;
+    const std::size_t half = greatest / 2;
     least_refused = 1;
-    reply_text text = {{nullptr, std::free}, two_thirds - 1, two_thirds};
+    reply_text text = {{nullptr, std::free}, half - 1, half};
     EXPECT_THROW(room_in_reply_text(text, 1), std::bad_alloc);
-    text = {{nullptr, std::free}, two_thirds + 1, two_thirds + 2};
-    EXPECT_THROW(room_in_reply_text(text, 1), std::bad_alloc);
-    EXPECT_EQ(requests, (std::vector<std::size_t>{greatest, two_thirds + 3}));
+    text = {{nullptr, std::free}, greatest - 5, greatest - 4};
+    EXPECT_THROW(room_in_reply_text(text, 4), std::bad_alloc);
+    EXPECT_EQ(requests, (std::vector<std::size_t>{half + half / 2, greatest}));
 }

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <netdb.h>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -186,6 +187,15 @@ TEST_F(Post, MayHaveAnEmptyBody)
     post("http://web1.test/", "", {});
     EXPECT_EQ(network.sent, request_text("POST http://web1.test/ HTTP/1.0", "WEB1.TEST",
                                          "Content-Type: \r\nContent-Length: 0\r\n"));
+}
+
+// Only said to be that long: nothing of it is read.
+TEST_F(Post, ThrowsForABodyThatIsTooLarge)
+{
+    const std::string_view body("x", std::size_t(PTRDIFF_MAX) + 1);
+    EXPECT_THROW(post("http://web1.test/", "text/plain", body), std::bad_alloc);
+    EXPECT_TRUE(network.sockets.empty());
+    EXPECT_EQ(network.sent, "");
 }
 
 TEST_F(Post, DiscardsAnEarlierError)

@@ -15,6 +15,7 @@ namespace {
 
 constexpr char plain_host[] = "web1.test";
 constexpr char upper_host[] = "WEB1.TEST";
+const std::string slow_body(400, 'x');
 
 template <const char *host> std::string expected_exchange(const Failure &failure)
 {
@@ -69,30 +70,6 @@ FailureScenario post()
         exchange_outcome,
         shown({0, header, body}),
         expected_exchange<upper_host>};
-}
-
-/// A body of the caller's own.
-FailureScenario post_body()
-{
-    return {"PostBody",
-            {"web_post"},
-            {Call::Realloc, Call::New, Call::Socket, Call::Lookup, Call::Connect, Call::SetOption,
-             Call::Send, Call::Select, Call::Receive, Call::Close, Call::Clock},
-            [] {
-                prepare_exchange(
-                    request_text("POST http://web1.test:8080/form HTTP/1.0", upper_host,
-                                 "Content-Type: application/octet-stream\r\nContent-Length: 7\r\n",
-                                 "", "a\tbody\n"));
-            },
-            [] {
-                running.result =
-                    web_post("http://web1.test:8080/form", "application/octet-stream", "a\tbody\n",
-                             &running.header, &running.body, nullptr, 0, nullptr, nullptr);
-                running.finished = true;
-            },
-            exchange_outcome,
-            shown({0, header, body}),
-            expected_exchange<upper_host>};
 }
 
 /// An exchange that fails anyway: the text of its failure is formed while calls fail.
@@ -220,9 +197,9 @@ FailureScenario lost_reply()
                 return with_failed_format(failure, {-1, header, {}, ""},
                                           "Error receiving data from web site: ");
             case Call::Send:
-                return failure.error == EINTR && failure.for_ever()
+                return was_interruption(failure.error) && failure.for_ever()
                            ? shown(with_failed_send(failure))
-                           : shown({-1, header, {}, text, failure.error == EINTR});
+                           : shown({-1, header, {}, text, was_interruption(failure.error)});
             case Call::Receive:
                 if (!in_body && was_interruption(failure.error)) {
                     return failure.for_ever() ? shown({1, {}, {}, timeout})
@@ -259,7 +236,7 @@ FailureScenario silent_server()
     return failing(
         "SilentServer",
         {Call::Malloc, Call::Socket, Call::Lookup, Call::Connect, Call::SetOption, Call::Send,
-         Call::Select, Call::Close, Call::Clock, Call::Format},
+         Call::Select, Call::Control, Call::Close, Call::Clock, Call::Format},
         [] {
             prepare_get();
             network.events = {};
@@ -274,7 +251,8 @@ FailureScenario silent_server()
             case Call::Format:
                 return with_failed_format(failure, {1, {}, {}, ""}, "");
             case Call::Send:
-                return shown({1, {}, {}, timeout, failure.error == EINTR && !failure.for_ever()});
+                return shown(
+                    {1, {}, {}, timeout, was_interruption(failure.error) && !failure.for_ever()});
             case Call::Select:
                 return shown({1, {}, {}, timeout});
             case Call::Clock:
@@ -286,6 +264,32 @@ FailureScenario silent_server()
             }
             }
         });
+}
+
+/// A body of the caller's own, which the peer takes slowly. A system that cannot tell how much
+/// the peer has taken goes by what it has accepted itself.
+FailureScenario slow_peer()
+{
+    return {"SlowPeer",
+            {"web_post"},
+            {Call::Realloc, Call::New, Call::Socket, Call::Lookup, Call::Connect, Call::SetOption,
+             Call::Send, Call::Select, Call::Control, Call::Receive, Call::Close, Call::Clock},
+            [] {
+                prepare_exchange(request_text("POST http://web1.test/ HTTP/1.0", upper_host,
+                                              "Content-Type: text/plain\r\nContent-Length: 400\r\n",
+                                              "", slow_body));
+                network.send_buffer = 300;
+                network.taken_per_ms = 1;
+            },
+            [] {
+                running.result =
+                    web_post("http://web1.test/", "text/plain", slow_body, &running.header,
+                             &running.body, nullptr, 0, nullptr, nullptr);
+                running.finished = true;
+            },
+            exchange_outcome,
+            shown({0, header, body}),
+            expected_exchange<upper_host>};
 }
 
 /// The user has asked to cancel. A request that was heard is taken back, also where its text fails.
@@ -347,10 +351,8 @@ FailureScenario lost_piece()
 std::vector<FailureScenario> transaction_scenarios()
 {
     return {
-        get(),        post(),          post_body(),
-        no_socket(),  no_such_host(),  refused_connection(),
-        lost_reply(), silent_server(), cancelled_request(),
-        lost_piece(),
+        get(),        post(),          no_socket(), no_such_host(),      refused_connection(),
+        lost_reply(), silent_server(), slow_peer(), cancelled_request(), lost_piece(),
     };
 }
 

@@ -205,7 +205,7 @@ TEST_F(TransactionSends, GivesThePeerAnotherTenSecondsForWhatIsLeft)
 
 TEST_F(TransactionSends, DoesNotCareForTheResultsOfSend)
 {
-    for (const int error_number : {EPIPE, ECONNRESET, ENOBUFS, EAGAIN}) {
+    for (const int error_number : {EPIPE, ECONNRESET, ENOBUFS}) {
         network.send_error = error_number;
         network.events = {data("A\r\n\r\nb"), peer_closes()};
         const WebOutcome outcome = run({});
@@ -218,8 +218,8 @@ TEST_F(TransactionSends, DoesNotCareForTheResultsOfSend)
 
 TEST_F(TransactionSends, GivesUpAPeerThatTakesNothingForTenSeconds)
 {
-    // EAGAIN is what the limit of a blocking send gives; EINTR, a storm of signals.
-    const std::pair<int, int> cases[] = {{EAGAIN, 10000}, {EINTR, 250}};
+    // EAGAIN is what the time limit of a blocking send gives; EINTR, a storm of signals.
+    const std::pair<int, int> cases[] = {{EAGAIN, 100}, {EINTR, 250}};
     for (const auto &[error_number, ms_a_send] : cases) {
         network.send_error = error_number;
         network.send_error_ms = ms_a_send;
