@@ -9,6 +9,7 @@ import math
 import os
 import platform
 import re
+import statistics
 import subprocess
 import sys
 import textwrap
@@ -53,7 +54,21 @@ TIMED = [
     ("walk of 5,000 files", "walk_ours", "`<filesystem>`, a status each", "walk_filesystem", 1.1),
     ("one `report_message`", "message_ours",
      "`fprintf`, `fflush` of its two lines", "message_libc", 0.9),
+    ("start to exit of `corvella get`, 200 bytes", "get_page_ours", "`curl`", "get_page_curl", None),
     ("start to exit of `corvella -version`", "start_ours", "`curl --version`", "start_curl", 3.0),
+]
+
+
+# Work, benchmark, size, ten times the size, why it is not linear.
+GROWING = [
+    ("reply header, bytes", "grow_header", 6554, 65536, ""),
+    ("form body, fields", "grow_form", 100, 1000, ""),
+    ("walk, files", "grow_walk", 10000, 100000, ""),
+    ("`report_message` with an indent, lines", "grow_message", 2, 20, ""),
+    ("`wrap_text_in_place`, bytes", "grow_wrap", MEBIBYTE // 10, MEBIBYTE,
+     "each break moves the rest of the text, in place"),
+    ("`insert_string_into_string`, bytes", "grow_insert", MEBIBYTE // 10, MEBIBYTE, ""),
+    ("`replace_all_substrings`, bytes", "grow_replace", MEBIBYTE // 10, MEBIBYTE, ""),
 ]
 
 
@@ -62,18 +77,35 @@ def read(results, name):
         return file.read()
 
 
-def medians(results):
-    """The median of each benchmark in nanoseconds: of the time that passed where it waits for
-    somebody else, of the processor's time where it only computes."""
+def medians(run):
+    """The median of each benchmark of one run in nanoseconds: of the elapsed time where it waits
+    for somebody else, of the processor's time where it only computes."""
     times = {}
     for name in ("utilities.json", "web.json"):
-        for entry in json.loads(read(results, name))["benchmarks"]:
+        for entry in json.loads(read(run, name))["benchmarks"]:
             if entry.get("aggregate_name") == "median":
                 waits = entry["run_name"].endswith("/real_time")
                 time = entry["real_time" if waits else "cpu_time"]
                 times[entry["run_name"].removesuffix("/real_time")] = (
                     time * NANOSECONDS[entry["time_unit"]])
     return times
+
+
+class Figure:
+    """What the runs gave, one value each."""
+
+    def __init__(self, values):
+        self.values = sorted(values)
+
+    @property
+    def median(self):
+        return statistics.median(self.values)
+
+    def of(self, text):
+        """The median with the least and the greatest, unless there is one value only."""
+        if len(self.values) == 1:
+            return text(self.median)
+        return f"{text(self.median)} ({text(self.values[0])} to {text(self.values[-1])})"
 
 
 def time_text(nanoseconds):
@@ -87,25 +119,51 @@ def size_text(size):
     return f"{size / MEBIBYTE:.2f} MiB" if size >= MEBIBYTE else f"{size / 1024:.0f} KiB"
 
 
-def all_rows(results, times):
-    """Rows of work, ours, peer, what the peer is, ratio, ratio to reach."""
-    rows = []
-    for work, ours, who, peer, reach in TIMED:
-        rows.append((work, time_text(times[ours]), time_text(times[peer]), who,
-                     times[peer] / times[ours], reach))
+def ratio_text(ratio):
+    return f"{ratio:.2f}"
 
-    medium, large = times["body_ours/32"] / 32, times["body_ours/128"] / 128
-    rows.insert(4, ("each MiB of a 128 MiB body", time_text(large), time_text(medium),
-                    "each MiB of a 32 MiB body", medium / large, 0.9))
-    for place, line in enumerate(read(results, "memory.txt").splitlines()):
-        body, growth = int(line.split()[0]) * MEBIBYTE, int(line.split()[1])
-        rows.insert(5 + place, (f"peak memory growth, {body // MEBIBYTE} MiB body",
-                                size_text(growth), size_text(body), "the body itself",
-                                body / growth, 1 / 1.05))
+
+def all_rows(results, runs):
+    """Rows of work, ours, peer, what the peer is, ratio, ratio to reach."""
+
+    def compared(work, ours, who, peer, reach, ours_parts=1, peer_parts=1):
+        own = [run[ours] / ours_parts for run in runs]
+        other = [run[peer] / peer_parts for run in runs]
+        return (work, Figure(own).of(time_text), Figure(other).of(time_text), who,
+                Figure(b / a for a, b in zip(own, other)), reach)
+
+    rows = [compared(*timed) for timed in TIMED]
+    rows.insert(4, compared("each MiB of a 128 MiB body", "body_ours/128",
+                            "each MiB of a 32 MiB body", "body_ours/32", 0.9, 128, 32))
+    growths = {}
+    for number in range(1, len(runs) + 1):
+        for line in read(results, f"run-{number}/memory.txt").splitlines():
+            size, growth = map(int, line.split())
+            growths.setdefault(size, []).append(growth)
+    for place, (size, values) in enumerate(growths.items()):
+        body = size * MEBIBYTE
+        rows.insert(5 + place, (f"peak memory growth, {size} MiB body",
+                                Figure(values).of(size_text), size_text(body), "the body itself",
+                                Figure(body / value for value in values), 1 / 1.05))
     ours, peer = map(int, read(results, "sizes.txt").split())
     rows.append(("stripped program", size_text(ours), size_text(peer),
-                 "Debian's `curl` with its libcurl", peer / ours, 4.0))
+                 "Debian's `curl` with its libcurl", Figure([peer / ours]), 4.0))
     return rows
+
+
+def growth_table(runs):
+    """How the time of each work grows with its size."""
+    lines = ["| Work | Size | Time | Ten times the size | Time | Factor | |",
+             "|---|--:|--:|--:|--:|--:|---|"]
+    for work, name, small, large, reason in GROWING:
+        few = [run[f"{name}/{small}"] for run in runs]
+        many = [run[f"{name}/{large}"] for run in runs]
+        factor = Figure(b / a for a, b in zip(few, many))
+        # A little over ten: what is ten times as large leaves the caches.
+        verdict = reason or ("linear" if factor.median <= 13 else "not linear")
+        lines.append(f"| {work} | {small:,} | {Figure(few).of(time_text)} | {large:,} | "
+                     f"{Figure(many).of(time_text)} | {factor.of(ratio_text)} | {verdict} |")
+    return "\n".join(lines)
 
 
 def table(rows):
@@ -113,18 +171,20 @@ def table(rows):
              "|---|--:|--:|---|--:|--:|---|"]
     for work, ours, peer, who, ratio, reach in rows:
         wanted = "shown" if reach is None else f"{reach:.3g}"
-        missed = "" if reach is None or ratio >= reach else "missed"
-        lines.append(f"| {work} | {ours} | {peer} | {who} | {ratio:.2f} | {wanted} | {missed} |")
+        missed = "" if reach is None or ratio.median >= reach else "missed"
+        lines.append(f"| {work} | {ours} | {peer} | {who} | {ratio.of(ratio_text)} | {wanted} | "
+                     f"{missed} |")
     return "\n".join(lines)
 
 
-def notes(results, times):
+def notes(results, runs):
     """What the table has no column for."""
     first_calls, later_calls = read(results, "calls.txt").split()
     first_blocks, later_blocks = read(results, "allocations.txt").split()
     ours = read(results, "ours.ldd").split()
     peer = read(results, "peer.ldd").split()
     others = [name for name in ours if not os.path.basename(name).startswith(SYSTEM_LIBRARIES)]
+    times = {name: statistics.median(run[name] for run in runs) for name in runs[0]}
     header_cost = times["small_bare"] - times["small_bare_whole_header"]
     size = int(read(results, "sizes.txt").split()[0])
     return [
@@ -134,6 +194,7 @@ def notes(results, times):
         f"of {time_text(times['small_bare'])}.",
         f"Received in pieces of 64 KiB without waits and dropped, the 128 MiB body takes "
         f"{time_text(times['body_bare_large/128'])}.",
+        f"A header of 64 KiB takes {time_text(times['grow_header/65536'] / 65536)} a byte.",
         f"A `report_message` with the default hooks makes {later_calls} system calls and "
         f"{later_blocks} allocations (at most 4 and 0); the first one of a process, for which libc "
         f"reads the time zone, makes {first_calls} and {first_blocks}.",
@@ -196,7 +257,8 @@ def plot(rows):
                      f'stroke="{colour}"/>')
         parts.append(text(x, height - 10, f"{2.0**exponent:g}", "middle"))
     work = ""
-    for place, (name, _, _, who, ratio, reach) in enumerate(rows):
+    for place, (name, _, _, who, figure, reach) in enumerate(rows):
+        ratio = figure.median
         work = work if name == "the same" else name
         y = top + place * step
         missed = reach is not None and ratio < reach
@@ -212,12 +274,13 @@ def plot(rows):
     return "\n".join(parts + ["</svg>"]) + "\n"
 
 
-def page(rows, results, times):
+def page(rows, results, runs):
     return f"""# Performance
 
 Ours and what a caller would take instead, on the same bytes in the same process; the results are
-compared for equality before anything is timed. The figures are medians over rounds in which the
-benchmarks take turns at random. `./bench/run` measures them again and writes this page.
+compared for equality before anything is timed. Each figure is the median of {len(runs)} runs, with
+the least and the greatest; in a run the benchmarks take turns at random. `./bench/run` measures
+them again and writes this page.
 
 {machine()}; {datetime.date.today().isoformat()}.
 
@@ -225,17 +288,22 @@ benchmarks take turns at random. `./bench/run` measures them again and writes th
 
 ![The ratios as a plot](performance.svg)
 
+## How each cost grows
+
+{growth_table(runs)}
+
 """ + "".join(textwrap.fill(f"- {note}", 100, subsequent_indent="  ") + "\n"
-              for note in notes(results, times)) + "\n" + remarks()
+              for note in notes(results, runs)) + "\n" + remarks()
 
 
 def main():
     results, destination = sys.argv[1:]
-    times = medians(results)
-    rows = all_rows(results, times)
+    runs = [medians(os.path.join(results, name)) for name in sorted(os.listdir(results))
+            if name.startswith("run-")]
+    rows = all_rows(results, runs)
     os.makedirs(destination, exist_ok=True)
     with open(os.path.join(destination, "performance.md"), "w", encoding="utf-8") as file:
-        file.write(page(rows, results, times))
+        file.write(page(rows, results, runs))
     with open(os.path.join(destination, "performance.svg"), "w", encoding="utf-8") as file:
         file.write(plot(rows))
     print(table(rows))

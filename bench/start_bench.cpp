@@ -3,10 +3,13 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <spawn.h>
+#include <string>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 #include "bench/harness.h"
+#include "bench/server.h"
 
 namespace {
 
@@ -34,7 +37,39 @@ bool run(char *const *command)
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-const Agreement agreement("start to exit", [] { return run(our_command) && run(peer_command); });
+/// A get of a small page, by ours or by curl.
+class Get {
+public:
+    explicit Get(bool by_curl)
+        : words_(by_curl ? std::vector<std::string>{"/usr/bin/curl", "--http1.0", "--noproxy", "*",
+                                                    "--silent", url()}
+                         : std::vector<std::string>{CORVELLA_PROGRAM, "get", "-quiet", url()})
+    {
+        for (std::string &word : words_) {
+            pointers_.push_back(word.data());
+        }
+        pointers_.push_back(nullptr);
+    }
+    char *const *command() const
+    {
+        return pointers_.data();
+    }
+
+private:
+    static std::string url()
+    {
+        static const ForkedServer server("HTTP/1.0 200 OK\r\n\r\n", 200);
+        return "http://127.0.0.1:" + std::to_string(server.port()) + "/";
+    }
+
+    std::vector<std::string> words_;
+    std::vector<char *> pointers_;
+};
+
+const Agreement agreement("start to exit", [] {
+    return run(our_command) && run(peer_command) && run(Get(false).command()) &&
+           run(Get(true).command());
+});
 
 void start_ours(benchmark::State &state)
 {
@@ -51,5 +86,23 @@ void start_curl(benchmark::State &state)
     }
 }
 BENCHMARK(start_curl)->UseRealTime()->Unit(benchmark::kMicrosecond);
+
+void get_page_ours(benchmark::State &state)
+{
+    const Get get(false);
+    for (auto _ : state) {
+        run(get.command());
+    }
+}
+BENCHMARK(get_page_ours)->UseRealTime()->Unit(benchmark::kMicrosecond);
+
+void get_page_curl(benchmark::State &state)
+{
+    const Get get(true);
+    for (auto _ : state) {
+        run(get.command());
+    }
+}
+BENCHMARK(get_page_curl)->UseRealTime()->Unit(benchmark::kMicrosecond);
 
 } // namespace
