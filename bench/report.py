@@ -54,7 +54,8 @@ TIMED = [
     ("walk of 5,000 files", "walk_ours", "`<filesystem>`, a status each", "walk_filesystem", 1.1),
     ("one `report_message`", "message_ours",
      "`fprintf`, `fflush` of its two lines", "message_libc", 0.9),
-    ("start to exit of `corvella get`, 200 bytes", "get_page_ours", "`curl`", "get_page_curl", None),
+    ("start to exit of `corvella get`, 200 bytes", "get_page_ours",
+     "`curl`", "get_page_curl", None),
     ("start to exit of `corvella -version`", "start_ours", "`curl --version`", "start_curl", 3.0),
 ]
 
