@@ -69,13 +69,6 @@ void report_read_result(read_result result, int error)
 
 } // namespace
 
-void wipe(char *text, std::size_t size)
-{
-    for (volatile char *c = text; c != text + size; ++c) {
-        *c = '\0';
-    }
-}
-
 bool obtain_password(command_line &line)
 {
     if (!line.reads_password) {

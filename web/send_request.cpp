@@ -7,6 +7,7 @@
 #include <new>
 #include <sys/socket.h>
 
+#include "support/c-utils/wipe.h"
 #include "support/error.h"
 #include "web/base64.h"
 #include "web/socket_sends.h"
@@ -22,9 +23,7 @@ using secret_text = std::unique_ptr<char, void (*)(char *)>;
 
 void wipe_and_free(char *text)
 {
-    for (volatile char *c = text; *c != '\0'; ++c) {
-        *c = '\0';
-    }
+    corvella::wipe(text, std::strlen(text));
     checked_free(text);
 }
 
