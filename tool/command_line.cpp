@@ -12,6 +12,8 @@
 #include "tool/password.h"
 #include "tool/url.h"
 
+namespace corvella {
+
 namespace {
 
 /// Where the argument of an option goes that is no more than remembered; null for the others.
@@ -186,7 +188,7 @@ bool read_given(int count, char **vector, command_line &line, given_options &giv
         line.operands[0] = line.url.c_str();
     }
     if (!error.empty()) {
-        complain_of_usage(error);
+        report_usage_error(error);
         return false;
     }
     return check_options(line, given);
@@ -207,8 +209,10 @@ bool read_command_line(int count, char **vector, command_line &line)
     return valid;
 }
 
-void complain_of_usage(const std::string &complaint)
+void report_usage_error(const std::string &complaint)
 {
     report_error(complaint);
     print_indented("Try 'corvella -help'.\n");
 }
+
+} // namespace corvella

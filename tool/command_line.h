@@ -7,6 +7,8 @@
 
 #include "web/web.h"
 
+namespace corvella {
+
 /// What the options of `update` say; a text is null where its option was not given.
 struct update_options {
     const char *product;
@@ -48,4 +50,6 @@ struct command_line {
 bool read_command_line(int count, char **vector, command_line &line);
 
 /// Reports a usage error and refers to -help. Sanitizes \p complaint for a terminal.
-void complain_of_usage(const std::string &complaint);
+void report_usage_error(const std::string &complaint);
+
+} // namespace corvella

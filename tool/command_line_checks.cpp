@@ -11,6 +11,8 @@
 #include "tool/url.h"
 #include "tool/usage_text.h"
 
+namespace corvella {
+
 namespace {
 
 constexpr double least_seconds = 0.001;
@@ -18,7 +20,7 @@ constexpr double most_seconds = 1'000'000;
 
 bool fail(const std::string &complaint)
 {
-    complain_of_usage(complaint);
+    report_usage_error(complaint);
     return false;
 }
 
@@ -140,3 +142,5 @@ bool check_options(command_line &line, const given_options &given)
     }
     return check_command_options(line, given);
 }
+
+} // namespace corvella

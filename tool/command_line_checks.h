@@ -7,6 +7,8 @@
 #include "tool/command_line.h"
 #include "tool/option_table.h"
 
+namespace corvella {
+
 /// A password of the command line.
 struct given_secret {
     bool given;
@@ -29,3 +31,5 @@ struct given_options {
 /// Checks that the options fit together and fills in the credentials and the time limit.
 /// \return false after reporting an error.
 bool check_options(command_line &line, const given_options &given);
+
+} // namespace corvella

@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <cstring>
 
+namespace corvella {
+
 namespace {
 
 // What the parser returns beside the codes of the table.
@@ -115,3 +117,5 @@ scanned_argument next_argument(argument_scan &scan)
     option_index = index + 1;
     return {ARGUMENT_OPERAND, scan.vector[index], 0, nullptr, ""};
 }
+
+} // namespace corvella

@@ -7,6 +7,8 @@
 
 #include "support/options.h"
 
+namespace corvella {
+
 enum argument_kind {
     ARGUMENT_END,
     ARGUMENT_OPERAND,
@@ -35,3 +37,5 @@ argument_scan begin_scan(int count, char **vector, const std::vector<long_option
 
 /// Returns the next argument. After an error the scan continues with the next element.
 scanned_argument next_argument(argument_scan &scan);
+
+} // namespace corvella

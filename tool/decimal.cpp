@@ -1,5 +1,7 @@
 #include "tool/decimal.h"
 
+namespace corvella {
+
 bool parse_decimal(const char *text, double &number)
 {
     double digits = 0;
@@ -20,3 +22,5 @@ bool parse_decimal(const char *text, double &number)
     number = digits / scale;
     return has_digit;
 }
+
+} // namespace corvella

@@ -5,11 +5,13 @@
 #include "tool/commands.h"
 #include "tool/output.h"
 
+namespace corvella {
+
 namespace {
 
-void say_fact(const char *name, const std::string &fact)
+void print_fact(const char *name, const std::string &fact)
 {
-    say_named("describe", name, fact);
+    print_named_result("describe", name, fact);
 }
 
 /// The command line with blanks between its arguments.
@@ -34,20 +36,22 @@ std::string own_command_line()
 exit_status describe_command(command_line &line)
 {
     if (!line.operands.empty()) {
-        complain_of_usage("describe takes no arguments.");
+        report_usage_error("describe takes no arguments.");
         return EXIT_USAGE;
     }
     char text[256];
     get_os_name(text);
-    say_fact("Operating system", text);
-    say_fact("Version", get_os_version(text, sizeof text));
+    print_fact("Operating system", text);
+    print_fact("Version", get_os_version(text, sizeof text));
     get_host_name(text, sizeof text);
-    say_fact("Host name", text);
-    say_fact("Command line", own_command_line());
+    print_fact("Host name", text);
+    print_fact("Command line", own_command_line());
     const std::int32_t today = today_day_number();
-    say_fact("Date", format_date_long(today, text));
-    say_fact("Short date", format_date_compact(today, text));
+    print_fact("Date", format_date_long(today, text));
+    print_fact("Short date", format_date_compact(today, text));
     format_string_bounded(text, sizeof text, "%.6f", current_time_seconds());
-    say_fact("Seconds since 1997", text);
+    print_fact("Seconds since 1997", text);
     return EXIT_DONE;
 }
+
+} // namespace corvella

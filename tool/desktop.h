@@ -4,5 +4,9 @@
 
 #include "tool/exit_status.h"
 
+namespace corvella {
+
 /// Opens a file (an absolute path) or a URL. A failure is reported.
 exit_status open_on_desktop(const char *target);
+
+} // namespace corvella

@@ -4,6 +4,8 @@
 #include "tool/desktop.h"
 #include "tool/output.h"
 
+namespace corvella {
+
 exit_status open_on_desktop(const char *target)
 {
     if (open_document(target) != 0) {
@@ -12,3 +14,5 @@ exit_status open_on_desktop(const char *target)
     }
     return EXIT_DONE;
 }
+
+} // namespace corvella

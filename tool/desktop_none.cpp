@@ -4,9 +4,13 @@
 #include "tool/desktop.h"
 #include "tool/output.h"
 
+namespace corvella {
+
 exit_status open_on_desktop(const char *target)
 {
     report_error("Open of " + std::string(target) +
                  " failed: this system has no service that opens documents.");
     return EXIT_FAILED;
 }
+
+} // namespace corvella

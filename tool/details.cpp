@@ -28,7 +28,7 @@ constexpr char fixed_lines[] = "Accept: image/gif, image/x-xbitmap, image/jpeg, 
 void show_lines(char mark, const std::string &text)
 {
     for (const std::string &line : lines_of(text)) {
-        std::fprintf(stderr, "%c %s\n", mark, text_for(STDERR_FILENO, line).c_str());
+        std::fprintf(stderr, "%c %s\n", mark, sanitized_for(STDERR_FILENO, line).c_str());
     }
 }
 
@@ -89,20 +89,20 @@ void print_reply_details(const char *tag, const char *header, const char *body)
 {
     if (header != nullptr) {
         if (const int status = reply_status(header)) {
-            say_named(tag, "Status", std::to_string(status));
+            print_named_result(tag, "Status", std::to_string(status));
         }
-        say_named(tag, "Header size", std::to_string(std::strlen(header)));
+        print_named_result(tag, "Header size", std::to_string(std::strlen(header)));
     }
     if (body != nullptr) {
-        say_named(tag, "Body size", std::to_string(std::strlen(body)));
+        print_named_result(tag, "Body size", std::to_string(std::strlen(body)));
     }
     const std::vector<step_time> steps = step_times();
     for (const step_time &step : steps) {
-        say_named(tag, (std::string("Seconds for ") + step.name).c_str(),
-                  seconds_text(step.seconds));
+        print_named_result(tag, (std::string("Seconds for ") + step.name).c_str(),
+                           seconds_text(step.seconds));
     }
     if (!steps.empty()) {
-        say_named(tag, "Seconds in all", seconds_text(exchange_seconds()));
+        print_named_result(tag, "Seconds in all", seconds_text(exchange_seconds()));
     }
 }
 

@@ -6,6 +6,8 @@
 #include "tool/stop_signals.h"
 #include "tool/timing.h"
 
+namespace corvella {
+
 namespace {
 
 const char *null_if_empty(const char *text)
@@ -20,8 +22,6 @@ proxy_arguments proxy_arguments_of(const ProxySettings &settings)
     return {null_if_empty(settings.proxy_host), static_cast<std::uint16_t>(settings.proxy_port),
             null_if_empty(settings.user), null_if_empty(settings.password)};
 }
-
-namespace corvella {
 
 namespace {
 

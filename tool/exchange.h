@@ -10,6 +10,8 @@
 #include "tool/progress_line.h"
 #include "web/web.h"
 
+namespace corvella {
+
 /// The proxy arguments of a request, as every web operation takes them.
 struct proxy_arguments {
     const char *host;
@@ -20,8 +22,6 @@ struct proxy_arguments {
 
 /// \return the settings' texts, null for those that are empty. They point into \p settings.
 proxy_arguments proxy_arguments_of(const ProxySettings &settings);
-
-namespace corvella {
 
 /// Thrown by the callback of the body to end an exchange whose server keeps sending.
 struct exchange_stopped {};

@@ -12,12 +12,14 @@
 #include "tool/terminal.h"
 #include "tool/usage_text.h"
 
+namespace corvella {
+
 namespace {
 
 exit_status run_command(command_line &line)
 {
     if (line.command == nullptr) {
-        complain_of_usage("A command is needed.");
+        report_usage_error("A command is needed.");
         return EXIT_USAGE;
     }
     switch (meaning_of_command(line.command)) {
@@ -34,7 +36,7 @@ exit_status run_command(command_line &line)
     default:
         break;
     }
-    complain_of_usage(std::string("There is no command '") + line.command + "'.");
+    report_usage_error(std::string("There is no command '") + line.command + "'.");
     return EXIT_USAGE;
 }
 
@@ -50,7 +52,7 @@ exit_status run(int count, char **vector)
     }
     exit_status status = EXIT_DONE;
     if (line.show_version && line.command == nullptr) {
-        say_result("version", "corvella " CORVELLA_VERSION);
+        print_result("version", "corvella " CORVELLA_VERSION);
     } else {
         status = run_command(line);
     }
@@ -59,13 +61,15 @@ exit_status run(int count, char **vector)
 
 } // namespace
 
+} // namespace corvella
+
 int main(int count, char **vector)
 {
     std::signal(SIGPIPE, SIG_IGN); // a reader that has gone is reported like any failed write
     try {
-        return run(count, vector);
+        return corvella::run(count, vector);
     } catch (const std::bad_alloc &) {
         report_message(9, "Out of memory.");
-        return EXIT_FAILED;
+        return corvella::EXIT_FAILED;
     }
 }

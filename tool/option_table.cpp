@@ -3,6 +3,8 @@
 #include <cstring>
 #include <iterator>
 
+namespace corvella {
+
 namespace {
 
 // The usage lines of the first three are given, tabs and all, and stay whole on every terminal.
@@ -164,3 +166,5 @@ const char *misplaced_option(option_meaning meaning, const char *command)
     }
     return nullptr;
 }
+
+} // namespace corvella

@@ -8,6 +8,8 @@
 #include "support/options.h"
 #include "tool/exit_status.h"
 
+namespace corvella {
+
 /// What an option means; the code that the parser returns for it.
 enum option_meaning {
     OPTION_PROXY = 256, // beyond every character
@@ -68,7 +70,7 @@ struct option_group {
     const char *heading;
     std::vector<const char *> commands; ///< empty for all of them; {""} for options without any
     const program_option *first;
-    const program_option *behind_last;
+    const program_option *end;
 };
 
 // For loops over the options of a group.
@@ -78,7 +80,7 @@ inline const program_option *begin(const option_group &group)
 }
 inline const program_option *end(const option_group &group)
 {
-    return group.behind_last;
+    return group.end;
 }
 
 struct exit_status_meaning {
@@ -102,3 +104,5 @@ std::vector<long_option> parser_table(bool updates);
 
 /// \return the name of an option that does not go with \p command; null when it does.
 const char *misplaced_option(option_meaning meaning, const char *command);
+
+} // namespace corvella

@@ -9,6 +9,8 @@
 #include "support/error.h"
 #include "tool/printable.h"
 
+namespace corvella {
+
 namespace {
 
 bool output_is_framed = false;
@@ -26,7 +28,7 @@ void report_lost_output()
 /// One frame a message, and one line a frame.
 int frame_message(int level, const char *text)
 {
-    std::string line = text_for(STDOUT_FILENO, text);
+    std::string line = sanitized_for(STDOUT_FILENO, text);
     line.erase(line.find_last_not_of('\n') + 1);
     line_breaks_to_spaces(line.c_str(), line.data());
     return test_message_hook(level, line.c_str());
@@ -34,12 +36,12 @@ int frame_message(int level, const char *text)
 
 } // namespace
 
-void say_result(const char *tag, const std::string &text)
+void print_result(const char *tag, const std::string &text)
 {
     if (output_is_framed) {
-        write_raw_message(text_for(STDOUT_FILENO, text).c_str(), tag);
+        write_raw_message(sanitized_for(STDOUT_FILENO, text).c_str(), tag);
     } else {
-        const std::string line = text_for(STDOUT_FILENO, text) + "\n";
+        const std::string line = sanitized_for(STDOUT_FILENO, text) + "\n";
         std::fwrite(line.data(), 1, line.size(), stdout);
         std::fflush(stdout);
     }
@@ -49,15 +51,15 @@ void say_result(const char *tag, const std::string &text)
     }
 }
 
-void say_named(const char *tag, const char *name, const std::string &text)
+void print_named_result(const char *tag, const char *name, const std::string &text)
 {
     const std::string label = std::string(name) + ": ";
     if (!output_is_framed) {
-        say_result(tag, label + text);
+        print_result(tag, label + text);
         return;
     }
     for (const std::string &line : lines_of(text)) {
-        say_result(tag, label + line);
+        print_result(tag, label + line);
     }
 }
 
@@ -93,5 +95,7 @@ bool show_reply_text(std::string_view text)
 
 void report_error(const std::string &text)
 {
-    report_message(9, "%s", text_for(STDERR_FILENO, text).c_str());
+    report_message(9, "%s", sanitized_for(STDERR_FILENO, text).c_str());
 }
+
+} // namespace corvella

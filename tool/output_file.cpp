@@ -12,6 +12,8 @@
 #include "tool/output.h"
 #include "tool/printable.h"
 
+namespace corvella {
+
 namespace {
 
 constexpr int most_links = 40;
@@ -160,3 +162,5 @@ bool write_output_file(const char *path, std::string_view bytes)
     }
     return true;
 }
+
+} // namespace corvella

@@ -4,6 +4,8 @@
 
 #include <string_view>
 
+namespace corvella {
+
 /// Checks, before anything is requested, whether write_output_file() can work.
 /// \return false after reporting why not.
 bool check_output_file(const char *path);
@@ -14,3 +16,5 @@ bool check_output_file(const char *path);
 /// new one gets them where the system allows it. A device or pipe is written to directly.
 /// \return whether it worked; if not, it is reported and nothing half-written is left.
 bool write_output_file(const char *path, std::string_view bytes);
+
+} // namespace corvella

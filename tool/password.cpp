@@ -7,6 +7,8 @@
 #include "support/error.h"
 #include "tool/password_prompt.h"
 
+namespace corvella {
+
 namespace {
 
 enum read_result {
@@ -87,3 +89,5 @@ bool obtain_password(command_line &line)
     report_read_result(result, error);
     return false;
 }
+
+} // namespace corvella

@@ -6,6 +6,8 @@
 #include <termios.h>
 #include <unistd.h>
 
+namespace corvella {
+
 namespace {
 
 constexpr int caught_signals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGTSTP};
@@ -82,3 +84,5 @@ void end_password_prompt()
         sigaction(caught_signals[i], &usual_actions[i], nullptr);
     }
 }
+
+} // namespace corvella

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <unistd.h>
 
+namespace corvella {
+
 namespace {
 
 bool is_between(char c, unsigned first, unsigned last)
@@ -81,7 +83,7 @@ std::string printable_text(std::string_view text)
     return result;
 }
 
-std::string text_for(int descriptor, const std::string &text)
+std::string sanitized_for(int descriptor, const std::string &text)
 {
     return isatty(descriptor) != 0 ? printable_text(text) : text;
 }
@@ -96,3 +98,5 @@ std::vector<std::string> lines_of(const std::string &text)
     }
     return lines;
 }
+
+} // namespace corvella

@@ -54,7 +54,7 @@ bool read_fields(const command_line &line, std::vector<named_value> &fields)
         const char *const field = line.operands[i];
         const char *const equals = std::strchr(field, '=');
         if (equals == nullptr) {
-            complain_of_usage("A form field is given as NAME=VALUE.");
+            report_usage_error("A form field is given as NAME=VALUE.");
             return false;
         }
         fields.push_back({std::string(field, equals), equals + 1});
@@ -68,7 +68,7 @@ bool check_fields(const std::vector<FormField> &fields)
     for (const FormField &field : fields) {
         const std::string error = field_error(field);
         if (!error.empty()) {
-            complain_of_usage(error);
+            report_usage_error(error);
             return false;
         }
     }
@@ -192,11 +192,11 @@ exit_status exchange(command_line &line, const request_content &request)
 bool has_url(const command_line &line)
 {
     if (line.operands.empty()) {
-        complain_of_usage(std::string(line.command) + " needs a URL.");
+        report_usage_error(std::string(line.command) + " needs a URL.");
         return false;
     }
-    if (const char *const complaint = complaint_of_url(line.operands[0])) {
-        complain_of_usage(complaint);
+    if (const char *const complaint = url_error(line.operands[0])) {
+        report_usage_error(complaint);
         return false;
     }
     return true;
@@ -219,7 +219,7 @@ exit_status post_data(command_line &line)
         request.type = line.type;
     }
     if (!is_media_type(request.type)) {
-        complain_of_usage("-type takes a media type without control characters.");
+        report_usage_error("-type takes a media type without control characters.");
         return EXIT_USAGE;
     }
     return read_request_body(line.data, request.data) ? exchange(line, request) : EXIT_FAILED;
@@ -227,36 +227,36 @@ exit_status post_data(command_line &line)
 
 } // namespace
 
-} // namespace corvella
-
 exit_status get_command(command_line &line)
 {
-    if (!corvella::has_url(line)) {
+    if (!has_url(line)) {
         return EXIT_USAGE;
     }
     if (line.operands.size() > 1) {
-        complain_of_usage("get takes one URL.");
+        report_usage_error("get takes one URL.");
         return EXIT_USAGE;
     }
-    return corvella::exchange(line, {"GET", {}, nullptr, ""});
+    return exchange(line, {"GET", {}, nullptr, ""});
 }
 
 exit_status post_command(command_line &line)
 {
-    std::vector<corvella::named_value> named_values;
-    if (!corvella::has_url(line) || !corvella::read_fields(line, named_values)) {
+    std::vector<named_value> named_values;
+    if (!has_url(line) || !read_fields(line, named_values)) {
         return EXIT_USAGE;
     }
     if (line.data != nullptr) {
-        return corvella::post_data(line);
+        return post_data(line);
     }
     std::vector<FormField> fields;
     fields.reserve(named_values.size());
-    for (const corvella::named_value &field : named_values) {
+    for (const named_value &field : named_values) {
         fields.push_back({field.name.c_str(), field.value});
     }
-    if (!corvella::check_fields(fields)) {
+    if (!check_fields(fields)) {
         return EXIT_USAGE;
     }
-    return corvella::exchange(line, {"POST", fields, nullptr, ""});
+    return exchange(line, {"POST", fields, nullptr, ""});
 }
+
+} // namespace corvella

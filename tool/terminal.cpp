@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <sys/ioctl.h>
 
+namespace corvella {
+
 namespace {
 
 constexpr long most_columns = 9999;
@@ -31,3 +33,5 @@ int terminal_columns(int descriptor)
     const bool known = ioctl(descriptor, TIOCGWINSZ, &window) == 0 && window.ws_col > 0;
     return known ? window.ws_col : usual_columns;
 }
+
+} // namespace corvella

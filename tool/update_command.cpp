@@ -13,6 +13,8 @@
 #include "tool/output.h"
 #include "tool/password.h"
 
+namespace corvella {
+
 namespace {
 
 constexpr int reply_size = 65536;
@@ -69,17 +71,17 @@ bool check_options(const update_options &options, float &version)
 {
     if (options.product == nullptr || options.productline == nullptr ||
         options.version == nullptr) {
-        complain_of_usage("update needs -product, -productline and -version.");
+        report_usage_error("update needs -product, -productline and -version.");
         return false;
     }
     double number;
     if (!parse_decimal(options.version, number)) {
-        complain_of_usage("-version takes a number such as 5.1.");
+        report_usage_error("-version takes a number such as 5.1.");
         return false;
     }
     if (!is_sent_unchanged(options.version, number)) {
-        complain_of_usage(std::string("-version ") + options.version +
-                          " has more digits than can be sent.");
+        report_usage_error(std::string("-version ") + options.version +
+                           " has more digits than can be sent.");
         return false;
     }
     version = static_cast<float>(number);
@@ -102,12 +104,12 @@ int query(const command_line &line, float version, update_reply_texts &reply)
 }
 
 /// Says a field of the reply, without the line ends behind it.
-void say_field(const char *name, const char *value)
+void print_field(const char *name, const char *value)
 {
     std::string text = value;
     text.erase(text.find_last_not_of("\r\n") + 1);
     if (!text.empty()) {
-        say_named("update", name, text);
+        print_named_result("update", name, text);
     }
 }
 
@@ -142,7 +144,7 @@ exit_status update_command(command_line &line)
 {
     float version = 0.0f;
     if (!line.operands.empty()) {
-        complain_of_usage("update takes options only.");
+        report_usage_error("update takes options only.");
         return EXIT_USAGE;
     }
     if (!check_options(line.update, version)) {
@@ -153,18 +155,19 @@ exit_status update_command(command_line &line)
     }
     static update_reply_texts reply; // too large for the stack of a small thread
     const char *const proxy = proxy_arguments_of(line.proxy).host;
-    const corvella::progress_facts facts = {proxy != nullptr ? proxy : "www." CORVELLA_MAKER_DOMAIN,
-                                            0, nullptr};
-    const int result =
-        corvella::run_exchange(line, facts, [&] { return query(line, version, reply); });
-    const exit_status status = corvella::report_exchange(result);
+    const progress_facts facts = {proxy != nullptr ? proxy : "www." CORVELLA_MAKER_DOMAIN, 0,
+                                  nullptr};
+    const int result = run_exchange(line, facts, [&] { return query(line, version, reply); });
+    const exit_status status = report_exchange(result);
     if (status != EXIT_DONE) {
         return status;
     }
     trim_url(reply.url);
-    say_field("Message", reply.message);
-    say_field("Version", reply.version);
-    say_field("Button", reply.button);
-    say_field("URL", reply.url);
+    print_field("Message", reply.message);
+    print_field("Version", reply.version);
+    print_field("Button", reply.button);
+    print_field("URL", reply.url);
     return line.update.open_url ? open_reply_url(reply.url) : EXIT_DONE;
 }
+
+} // namespace corvella

@@ -6,10 +6,12 @@
 
 #include "support/c-utils.h"
 
+namespace corvella {
+
 namespace {
 
 /// What may follow the host and its port.
-constexpr char behind_host[] = "/?#";
+constexpr char after_host[] = "/?#";
 constexpr char host_characters[] =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-.";
 
@@ -40,7 +42,7 @@ bool names_user(const char *url)
 
 /// \return what is behind the protocol and its slashes; null for another protocol than HTTP. As the
 /// request does, takes a URL without a colon for one without a protocol.
-const char *behind_protocol(const char *url)
+const char *after_scheme(const char *url)
 {
     if (std::strchr(url, ':') != nullptr) {
         if (strncasecmp(url, "http:", 5) != 0) {
@@ -63,7 +65,7 @@ bool is_port(const std::string &text)
 
 } // namespace
 
-const char *complaint_of_url(const char *url)
+const char *url_error(const char *url)
 {
     if (!is_one_word(url)) {
         return "A URL has no blanks and no control characters, and is not empty.";
@@ -71,21 +73,21 @@ const char *complaint_of_url(const char *url)
     if (names_user(url)) {
         return "A URL with a user name is refused; use -user and -pass.";
     }
-    const char *const host = behind_protocol(url);
+    const char *const host = after_scheme(url);
     if (host == nullptr) {
         return nullptr;
     }
     const std::size_t host_length = std::strspn(host, host_characters);
     const char *end = host + host_length;
     if (*end == ':') {
-        const std::size_t port_length = std::strcspn(end + 1, behind_host);
+        const std::size_t port_length = std::strcspn(end + 1, after_host);
         if (!is_port({end + 1, port_length})) {
             return "The port of a URL is a number from 1 to 65535.";
         }
         end += 1 + port_length;
     }
     // Anywhere else the request would end the host, and go to one that nobody meant.
-    if (host_length == 0 || std::strcspn(end, behind_host) != 0) {
+    if (host_length == 0 || std::strcspn(end, after_host) != 0) {
         return "The host of a URL is a name or an address of ASCII letters, digits, '-' and '.'.";
     }
     return nullptr;
@@ -98,13 +100,15 @@ std::string without_fragment(const char *url)
 
 std::string host_of_url(const char *url)
 {
-    std::string name = corvella::host_as_typed(url);
+    std::string name = host_as_typed(url);
     string_to_upper(name.c_str(), name.data());
     return name;
 }
 
-std::string corvella::host_as_typed(const char *url)
+std::string host_as_typed(const char *url)
 {
-    const char *const host = behind_protocol(url);
+    const char *const host = after_scheme(url);
     return host == nullptr ? "" : std::string(host, std::strspn(host, host_characters));
 }
+
+} // namespace corvella

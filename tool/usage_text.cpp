@@ -5,6 +5,8 @@
 #include "support/c-utils.h"
 #include "tool/option_table.h"
 
+namespace corvella {
+
 namespace {
 
 constexpr int least_columns = 40;
@@ -81,3 +83,5 @@ std::string usage_text(int columns)
     }
     return text;
 }
+
+} // namespace corvella

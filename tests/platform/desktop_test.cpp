@@ -11,6 +11,8 @@
 
 namespace {
 
+using namespace corvella;
+
 using Texts = std::vector<std::string>;
 using Messages = std::vector<std::pair<int, std::string>>;
 

@@ -5,6 +5,8 @@
 
 namespace {
 
+using namespace corvella;
+
 TEST(Decimal, ReadsDigitsWithAPoint)
 {
     const struct {

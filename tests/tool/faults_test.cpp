@@ -17,6 +17,8 @@
 
 namespace {
 
+using namespace corvella;
+
 using Names = std::vector<std::string>;
 
 std::string failing;      // the name of the call that fails

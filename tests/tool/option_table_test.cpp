@@ -6,6 +6,8 @@
 
 namespace {
 
+using namespace corvella;
+
 /// The options' names, each with a blank behind it, or with "=" and a blank where it takes an
 /// argument.
 std::string names_of(const std::vector<program_option> &options)

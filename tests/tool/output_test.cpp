@@ -9,6 +9,8 @@
 
 namespace {
 
+using namespace corvella;
+
 TEST(FramedMessage, EndsInFrontOfTheLineFeedsThatItBringsAlong)
 {
     const ChildResult result = run_in_child([] {

@@ -17,6 +17,8 @@
 
 namespace {
 
+using namespace corvella;
+
 using Arguments = std::vector<std::string>;
 
 constexpr char secret[] = "s3cretW0rd";

@@ -11,6 +11,8 @@
 
 namespace {
 
+using namespace corvella;
+
 /// Runs with an environment that has no COLUMNS.
 class TerminalColumns : public testing::Test {
 protected:

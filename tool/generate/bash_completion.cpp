@@ -1,6 +1,8 @@
 #include "tool/generate/lists.h"
 #include "tool/generate/shell.h"
 
+namespace corvella {
+
 namespace {
 
 // Between two words of a command line, bash gives ":" and "=" as words of their own.
@@ -101,3 +103,5 @@ std::string bash_completion()
     return with_argument_options(find_command) + complete_arguments() + choose_options() +
            choose_words + complete_operands() + "}\n\ncomplete -F _corvella corvella\n";
 }
+
+} // namespace corvella

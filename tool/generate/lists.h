@@ -4,9 +4,13 @@
 
 #include <string>
 
+namespace corvella {
+
 /// \return the lists of commands and options for the manual page, in mdoc.
 std::string manual_lists();
 
 /// \return the whole file of completions.
 std::string bash_completion();
 std::string zsh_completion();
+
+} // namespace corvella

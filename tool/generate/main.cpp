@@ -4,6 +4,8 @@
 
 #include "tool/generate/lists.h"
 
+namespace corvella {
+
 namespace {
 
 struct list_kind {
@@ -19,9 +21,11 @@ constexpr list_kind kinds[] = {
 
 } // namespace
 
+} // namespace corvella
+
 int main(int count, char **vector)
 {
-    for (const list_kind &kind : kinds) {
+    for (const corvella::list_kind &kind : corvella::kinds) {
         if (count == 2 && std::strcmp(kind.name, vector[1]) == 0) {
             const bool written = std::fputs(kind.text().c_str(), stdout) != EOF;
             return written && std::fflush(stdout) == 0 ? 0 : 1;

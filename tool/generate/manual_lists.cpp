@@ -1,6 +1,8 @@
 #include "tool/generate/lists.h"
 #include "tool/option_table.h"
 
+namespace corvella {
+
 namespace {
 
 constexpr char list_begin[] = ".Bl -tag -width Ds\n";
@@ -48,3 +50,5 @@ std::string manual_lists()
     }
     return text;
 }
+
+} // namespace corvella

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <string_view>
 
+namespace corvella {
+
 std::vector<program_option> all_options()
 {
     std::vector<program_option> options;
@@ -36,3 +38,5 @@ bool is_file(const char *argument)
 {
     return std::strcmp(argument, "FILE") == 0 || std::strcmp(argument, "TARGET") == 0;
 }
+
+} // namespace corvella

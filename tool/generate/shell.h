@@ -7,6 +7,8 @@
 
 #include "tool/option_table.h"
 
+namespace corvella {
+
 /// \return all options, each name once; of two with one name the one that takes an argument.
 std::vector<program_option> all_options();
 
@@ -16,3 +18,5 @@ std::string with_argument_options(std::string text);
 
 /// Whether an argument, or the operand of a command, is a file.
 bool is_file(const char *argument);
+
+} // namespace corvella

@@ -1,6 +1,8 @@
 #include "tool/generate/lists.h"
 #include "tool/generate/shell.h"
 
+namespace corvella {
+
 namespace {
 
 constexpr char find_command[] = R"(#compdef corvella
@@ -109,3 +111,5 @@ std::string zsh_completion()
     return with_argument_options(find_command) + choose_options() + list_commands() +
            complete_operands();
 }
+
+} // namespace corvella

@@ -8,6 +8,8 @@
 
 namespace {
 
+using namespace corvella;
+
 /// A folder with the completion and some files to complete.
 class BashCompletion : public testing::Test {
 protected:

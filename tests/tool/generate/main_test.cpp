@@ -10,6 +10,8 @@
 
 namespace {
 
+using namespace corvella;
+
 int lists_main_with(std::vector<std::string> arguments)
 {
     arguments.insert(arguments.begin(), "corvella_lists");

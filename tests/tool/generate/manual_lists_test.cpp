@@ -6,6 +6,8 @@
 
 namespace {
 
+using namespace corvella;
+
 // A line that begins with a full stop or an apostrophe would be a request, and a backslash an
 // escape.
 TEST(ManualLists, HaveEachCommandAndOptionWithItsArgument)

@@ -6,6 +6,8 @@
 
 namespace {
 
+using namespace corvella;
+
 TEST(AllOptions, HaveEachNameOnce)
 {
     std::string names;

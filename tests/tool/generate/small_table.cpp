@@ -5,6 +5,8 @@
 
 #include "tool/option_table.h"
 
+namespace corvella {
+
 namespace {
 
 constexpr program_option show_options[] = {
@@ -53,3 +55,5 @@ std::vector<program_option> options_of(const char *command)
     }
     return {general_options[0]};
 }
+
+} // namespace corvella

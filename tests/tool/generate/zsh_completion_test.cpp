@@ -9,6 +9,8 @@
 
 namespace {
 
+using namespace corvella;
+
 /// What the completion asks of the completion system, which \p state tells where the last of
 /// \p words stands: a line for each. An empty state says that all is completed. The variables of
 /// whoever completes stay as they are.
