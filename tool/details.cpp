@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 #include <unistd.h>
 
 #include "support/c-utils.h"
@@ -13,16 +14,21 @@
 #include "tool/shown_body.h"
 #include "tool/timing.h"
 #include "tool/url.h"
+#include "web/request_lines.h"
 
 namespace corvella {
 
 namespace {
 
-// As send_request() sends them.
-constexpr char fixed_lines[] = "Accept: image/gif, image/x-xbitmap, image/jpeg, image/pjpeg, */*\n"
-                               "Accept-Language: en-us\n"
-                               "User-Agent: Morvane_Auto1\n"
-                               "Referer: www." CORVELLA_MAKER_DOMAIN;
+/// The header lines that every request has, each after a line feed.
+std::string fixed_lines()
+{
+    std::string lines;
+    for (const std::string_view line : corvella::fixed_request_lines) {
+        lines += "\n" + std::string(line.substr(0, line.size() - 2));
+    }
+    return lines;
+}
 
 /// Shows each line of a text, \p mark in front of it.
 void show_lines(char mark, const std::string &text)
@@ -65,7 +71,7 @@ void show_request_details(const request_details &request, const proxy_arguments 
         show_lines('*', "Through the proxy " + std::string(proxy.host) + ", port " +
                             std::to_string(proxy.port));
     }
-    show_lines('>', std::string(request.method) + " " + request.url + " HTTP/1.0\n" + fixed_lines);
+    show_lines('>', std::string(request.method) + " " + request.url + " HTTP/1.0" + fixed_lines());
     show_lines('>', request.header_lines + "\nHost: " + host);
     if (proxy.user != nullptr && proxy.password != nullptr) {
         show_lines('>', "Authorization: Basic ****");

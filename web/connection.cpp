@@ -14,6 +14,8 @@
 #include "web/wait.h"
 #include "web/web_error.h"
 
+namespace corvella {
+
 int create_web_socket()
 {
     int descriptor = socket(AF_INET, SOCK_STREAM, 0);
@@ -42,7 +44,7 @@ bool connect_web_socket(int socket, const char *host, const char *name, std::uin
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     std::memcpy(&address.sin_addr, found->h_addr_list[0], sizeof address.sin_addr);
-    corvella::notify_step(WEB_ADDRESS_FOUND);
+    notify_step(WEB_ADDRESS_FOUND);
     if (connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
         set_web_error("Can't connect to web server '%s': %s", host, system_error_text());
         return false;
@@ -50,7 +52,7 @@ bool connect_web_socket(int socket, const char *host, const char *name, std::uin
     // Not before: some systems would cut the connection attempt short by it.
     setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &short_slice, sizeof short_slice);
     prepare_sends(socket);
-    corvella::notify_step(WEB_CONNECTED);
+    notify_step(WEB_CONNECTED);
     return true;
 }
 
@@ -58,3 +60,5 @@ void close_web_socket(int *socket)
 {
     close(*socket);
 }
+
+} // namespace corvella

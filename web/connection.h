@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace corvella {
+
 /// Creates a socket, which the caller closes. \return the descriptor, or -1 with the error text
 /// set.
 int create_web_socket();
@@ -14,3 +16,5 @@ bool connect_web_socket(int socket, const char *host, const char *name, std::uin
 
 /// Closes \p *socket; in this form, as a deleter that runs on every way out of a transaction.
 void close_web_socket(int *socket);
+
+} // namespace corvella

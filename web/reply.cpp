@@ -12,6 +12,7 @@
 #include "web/wait.h"
 #include "web/web_error.h"
 
+namespace corvella {
 namespace {
 
 // Deliberately the waits differ: within the header the user can stop the transaction ten times a
@@ -47,7 +48,7 @@ void set_receive_error()
 /// Adds one byte to the header, or finds that it ends the header and is no part of it.
 /// \param line_is_empty whether the line so far has no bytes but carriage returns
 /// \return whether the header goes on
-bool take_header_byte(reply_text &header, bool &line_is_empty, char byte)
+bool append_header_byte(reply_text &header, bool &line_is_empty, char byte)
 {
     if (byte == '\n') {
         // Deliberate: a line feed as the very first byte is content.
@@ -58,26 +59,26 @@ bool take_header_byte(reply_text &header, bool &line_is_empty, char byte)
     } else if (byte != '\r') {
         line_is_empty = false;
     }
-    *room_in_reply_text(header, 1) = byte;
+    *reserve_reply_text(header, 1) = byte;
     ++header.length;
     return true;
 }
 
 /// A receive error ends the header but not the transaction, deliberately: what follows decides.
-int receive_header(corvella::request_progress &request, reply_text &header)
+int receive_header(request_progress &request, reply_text &header)
 {
     const int socket = request.socket;
-    corvella::request_progress *unanswered = &request;
+    request_progress *unanswered = &request;
     bool line_is_empty = true;
     char byte;
     do {
-        const int waited = finish_wait(wait_readable(socket, short_slice, unanswered));
+        const int waited = report_wait_failure(wait_readable(socket, short_slice, unanswered));
         if (waited != WEB_DONE) {
             return waited;
         }
         const ssize_t received = receive_byte(socket, byte);
         if (was_interrupted(received)) {
-            return finish_wait(wait_result::timed_out);
+            return report_wait_failure(wait_result::timed_out);
         }
         if (received < 0) {
             set_receive_error();
@@ -86,7 +87,7 @@ int receive_header(corvella::request_progress &request, reply_text &header)
             return WEB_DONE;
         }
         unanswered = nullptr;
-    } while (take_header_byte(header, line_is_empty, byte));
+    } while (append_header_byte(header, line_is_empty, byte));
     return WEB_DONE;
 }
 
@@ -94,11 +95,11 @@ int receive_body(int socket, reply_text &body)
 {
     std::size_t total = 0;
     for (;;) {
-        const int waited = finish_wait(wait_readable(socket, body_slice, nullptr));
+        const int waited = report_wait_failure(wait_readable(socket, body_slice, nullptr));
         if (waited != WEB_DONE) {
             return waited;
         }
-        char *const chunk = room_in_reply_text(body, chunk_size);
+        char *const chunk = reserve_reply_text(body, chunk_size);
         const ssize_t received = recv(socket, chunk, chunk_size, 0);
         if (received == 0 || was_interrupted(received)) {
             return WEB_DONE;
@@ -112,26 +113,28 @@ int receive_body(int socket, reply_text &body)
         body.length += std::strlen(chunk);
         // Saturates: bytes that a NUL discards take no memory.
         total += std::min(static_cast<std::size_t>(received), SIZE_MAX - total);
-        corvella::notify_received(total);
+        notify_received(total);
     }
 }
 
 } // namespace
 
-int receive_reply(corvella::request_progress &request, char **header_out, char **body_out)
+int receive_reply(request_progress &request, char **header_out, char **body_out)
 {
     reply_text header = make_reply_text();
     int result = receive_header(request, header);
     if (result != WEB_DONE) {
         return result;
     }
-    *header_out = take_reply_text(header);
-    corvella::notify_step(WEB_HEADER_RECEIVED);
+    *header_out = release_reply_text(header);
+    notify_step(WEB_HEADER_RECEIVED);
 
     reply_text body = make_reply_text();
     result = receive_body(request.socket, body);
     if (result == WEB_DONE) {
-        *body_out = take_reply_text(body);
+        *body_out = release_reply_text(body);
     }
     return result;
 }
+
+} // namespace corvella

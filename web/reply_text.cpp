@@ -7,6 +7,7 @@
 
 #include "web/fresh_memory.h"
 
+namespace corvella {
 namespace {
 
 constexpr std::size_t least_capacity = 512;
@@ -36,7 +37,7 @@ void populate_ahead(reply_text &text)
     }
     const std::size_t ahead =
         std::min({text.length / 32, most_populated_ahead, text.capacity - text.length});
-    const bool populated = corvella::populate_memory(text.data.get() + text.length, ahead);
+    const bool populated = populate_memory(text.data.get() + text.length, ahead);
     text.populated = populated ? text.length + ahead : SIZE_MAX;
 }
 
@@ -47,7 +48,7 @@ reply_text make_reply_text()
     return {{nullptr, std::free}, 0, 0};
 }
 
-char *room_in_reply_text(reply_text &text, std::size_t count)
+char *reserve_reply_text(reply_text &text, std::size_t count)
 {
     if (count > greatest_capacity - 1 - text.length) {
         throw std::bad_alloc();
@@ -63,12 +64,14 @@ char *room_in_reply_text(reply_text &text, std::size_t count)
     return text.data.get() + text.length;
 }
 
-char *take_reply_text(reply_text &text)
+char *release_reply_text(reply_text &text)
 {
-    *room_in_reply_text(text, 0) = '\0';
+    *reserve_reply_text(text, 0) = '\0';
     resize(text, text.length + 1); // a block that cannot shrink serves as it is
     text.length = 0;
     text.capacity = 0;
     text.populated = 0;
     return text.data.release();
 }
+
+} // namespace corvella

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <memory>
 
+namespace corvella {
+
 /// A growing block of the system allocator.
 struct reply_text {
     std::unique_ptr<char, void (*)(void *)> data;
@@ -19,8 +21,10 @@ reply_text make_reply_text();
 /// Makes room for \p count more bytes and a NUL. The block grows by half at least, so that a text
 /// of n bytes is moved O(n) bytes in all. \return the place of the first of them.
 /// \throws std::bad_alloc when memory is exhausted.
-char *room_in_reply_text(reply_text &text, std::size_t count);
+char *reserve_reply_text(reply_text &text, std::size_t count);
 
 /// Ends the text with NUL, cuts its block to the text's size and hands it over, to be given back
 /// with free(). \throws std::bad_alloc when memory is exhausted.
-char *take_reply_text(reply_text &text);
+char *release_reply_text(reply_text &text);
+
+} // namespace corvella

@@ -10,9 +10,11 @@
 #include "support/c-utils/wipe.h"
 #include "support/error.h"
 #include "web/base64.h"
+#include "web/request_lines.h"
 #include "web/socket_sends.h"
 #include "web/transaction.h"
 
+namespace corvella {
 namespace {
 
 // The greatest number of bytes whose base64 length and NUL an int can count.
@@ -29,14 +31,14 @@ void wipe_and_free(char *text)
 
 /// The sending of one request.
 struct request_sender {
-    corvella::request_progress &progress;
+    request_progress &progress;
     wait_result result; ///< ready until the peer is given up
 };
 
 /// \param more whether other pieces follow at once
 void send_text(request_sender &sender, std::string_view text, bool more)
 {
-    corvella::request_progress &progress = sender.progress;
+    request_progress &progress = sender.progress;
     while (!text.empty() && sender.result == wait_result::ready) {
         const ssize_t sent = send_piece(progress.socket, text.data(), text.size(), more);
         if (sent >= 0) {
@@ -73,16 +75,15 @@ void send_credentials(request_sender &sender, const char *user, const char *pass
 
 } // namespace
 
-wait_result send_request(const request_parts &request, corvella::request_progress &progress)
+wait_result send_request(const request_parts &request, request_progress &progress)
 {
     request_sender sender = {progress, wait_result::ready};
     send_text(sender, request.posts ? "POST " : "GET ", true);
     send_text(sender, request.target, true);
     send_text(sender, " HTTP/1.0\r\n", true);
-    send_text(sender, "Accept: image/gif, image/x-xbitmap, image/jpeg, image/pjpeg, */*\r\n", true);
-    send_text(sender, "Accept-Language: en-us\r\n", true);
-    send_text(sender, "User-Agent: Morvane_Auto1\r\n", true);
-    send_text(sender, "Referer: www." CORVELLA_MAKER_DOMAIN "\r\n", true);
+    for (const std::string_view line : fixed_request_lines) {
+        send_text(sender, line, true);
+    }
     if (request.extra_headers != nullptr && request.extra_headers[0] != '\0') {
         send_text(sender, request.extra_headers, true);
         send_text(sender, "\r\n", true);
@@ -100,3 +101,5 @@ wait_result send_request(const request_parts &request, corvella::request_progres
     send_text(sender, request.body, false);
     return sender.result;
 }
+
+} // namespace corvella

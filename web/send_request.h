@@ -6,6 +6,8 @@
 
 #include "web/wait.h"
 
+namespace corvella {
+
 /// What a request says; the texts are those of web_transaction().
 struct request_parts {
     const char *host;
@@ -23,4 +25,6 @@ struct request_parts {
 /// waited for; timed_out when the peer took nothing for SILENCE_LIMIT_SECONDS, cancelled when the
 /// user asked for it while the system did not accept everything at once. \throws std::bad_alloc
 /// when memory for the credentials is exhausted.
-wait_result send_request(const request_parts &request, corvella::request_progress &progress);
+wait_result send_request(const request_parts &request, request_progress &progress);
+
+} // namespace corvella

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <sys/types.h>
 
+namespace corvella {
+
 /// Prepares a new socket: from here on a peer that is gone raises no signal.
 void prepare_socket(int socket);
 
@@ -22,3 +24,5 @@ ssize_t send_piece(int socket, const char *bytes, std::size_t length, bool more)
 /// \return how many bytes that were sent on \p socket the peer has not acknowledged, or -1 if the
 /// system cannot tell.
 std::int64_t unsent_bytes(int socket);
+
+} // namespace corvella

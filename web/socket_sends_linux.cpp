@@ -4,6 +4,8 @@
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 
+namespace corvella {
+
 void prepare_socket(int)
 {
     // Each send says for itself that it wants no signal.
@@ -24,3 +26,5 @@ std::int64_t unsent_bytes(int socket)
     int count = 0;
     return ioctl(socket, SIOCOUTQ, &count) == 0 ? count : -1;
 }
+
+} // namespace corvella

@@ -4,6 +4,7 @@
 #include <netinet/tcp.h>
 #include <sys/socket.h>
 
+namespace corvella {
 namespace {
 
 // The time limit of a send applies to each of its waits for room in the buffer. A slow peer could
@@ -47,3 +48,5 @@ std::int64_t unsent_bytes(int socket)
     socklen_t size = sizeof count;
     return getsockopt(socket, SOL_SOCKET, SO_NWRITE, &count, &size) == 0 ? count : -1;
 }
+
+} // namespace corvella

@@ -35,25 +35,25 @@ int web_transaction(const char *scheme, const char *host, const char *target, st
     if (sent_body.size() > PTRDIFF_MAX) { // more than one send may be handed
         throw std::bad_alloc();
     }
-    int socket = create_web_socket();
+    int socket = corvella::create_web_socket();
     if (socket < 0) {
         return WEB_FAILED;
     }
     // Closes on every way out, an exception of the idle callback's included.
-    const std::unique_ptr<int, void (*)(int *)> closer(&socket, close_web_socket);
+    const std::unique_ptr<int, void (*)(int *)> closer(&socket, corvella::close_web_socket);
 
     const bool proxied = proxy_host != nullptr && proxy_host[0] != '\0';
-    if (!connect_web_socket(socket, host, proxied ? proxy_host : host,
-                            proxied ? proxy_port : port)) {
+    if (!corvella::connect_web_socket(socket, host, proxied ? proxy_host : host,
+                                      proxied ? proxy_port : port)) {
         return WEB_FAILED;
     }
-    const request_parts request = {host,      target, posts(method), extra_headers,
-                                   sent_body, user,   password};
+    const corvella::request_parts request = {host,      target, posts(method), extra_headers,
+                                             sent_body, user,   password};
     corvella::request_progress progress = {socket};
-    const int sent = finish_wait(send_request(request, progress));
+    const int sent = corvella::report_wait_failure(corvella::send_request(request, progress));
     if (sent != WEB_DONE) {
         return sent;
     }
     corvella::notify_step(WEB_REQUEST_SENT);
-    return receive_reply(progress, header_out, body_out);
+    return corvella::receive_reply(progress, header_out, body_out);
 }

@@ -7,6 +7,8 @@
 #include "web/result.h"
 #include "web/web_error.h"
 
+namespace corvella {
+
 static_assert(WAIT_DESCRIPTORS <= FD_SETSIZE, "a descriptor of the wait fits into the set");
 
 namespace {
@@ -31,7 +33,7 @@ bool deadline_passed(std::uint32_t deadline)
     return is_past(deadline, current_time_milliseconds());
 }
 
-wait_result wait_readable(int socket, timeval slice, corvella::request_progress *request)
+wait_result wait_readable(int socket, timeval slice, request_progress *request)
 {
     // One look at the clock serves the deadline and the first comparison: this is done for each
     // byte of a header.
@@ -51,16 +53,16 @@ wait_result wait_readable(int socket, timeval slice, corvella::request_progress 
         }
         if (request != nullptr) {
             now = current_time_milliseconds();
-            if (corvella::check_remaining_request(*request, now)) {
+            if (check_remaining_request(*request, now)) {
                 deadline = now + silence_limit;
             }
         }
-        corvella::notify_idle();
+        notify_idle();
     }
     return wait_result::timed_out;
 }
 
-wait_result continue_sending(corvella::request_progress &request, bool accepted_some)
+wait_result continue_sending(request_progress &request, bool accepted_some)
 {
     if (web_cancel_requested != 0) {
         return wait_result::cancelled;
@@ -70,18 +72,18 @@ wait_result continue_sending(corvella::request_progress &request, bool accepted_
     if (accepted_some && !is_first && now - request.checked_at < slice_ms) {
         return wait_result::ready;
     }
-    if (corvella::check_request_progress(request, now) || is_first) {
+    if (check_request_progress(request, now) || is_first) {
         request.deadline = now + silence_limit;
     } else if (!accepted_some && is_past(request.deadline, now)) {
         return wait_result::timed_out;
     }
     if (!accepted_some) {
-        corvella::notify_idle();
+        notify_idle();
     }
     return wait_result::ready;
 }
 
-int finish_wait(wait_result result)
+int report_wait_failure(wait_result result)
 {
     switch (result) {
     case wait_result::timed_out:
@@ -96,3 +98,5 @@ int finish_wait(wait_result result)
     }
     return WEB_DONE;
 }
+
+} // namespace corvella

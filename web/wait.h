@@ -7,6 +7,8 @@
 
 #include "web/request_progress.h"
 
+namespace corvella {
+
 /// Descriptors that the wait can hold; one of this number or above must not reach it.
 constexpr int WAIT_DESCRIPTORS = 1024;
 
@@ -24,18 +26,18 @@ enum class wait_result { ready, timed_out, cancelled };
 /// After each slice without news, a requested cancellation is honoured or the idle callback called.
 /// \param request null, or the request whose reply is waited for: after each slice in which the
 ///     peer took some of it the time begins anew
-wait_result wait_readable(int socket, timeval slice, corvella::request_progress *request);
+wait_result wait_readable(int socket, timeval slice, request_progress *request);
 
 /// Goes on after a send of which the system did not accept everything: honours a cancellation,
 /// checks what the peer has taken, and calls the idle callback if \p accepted_some is false.
 /// \return wait_result::ready if the rest is to be sent; timed_out if the peer took nothing for
 /// SILENCE_LIMIT_SECONDS; cancelled.
-wait_result continue_sending(corvella::request_progress &request, bool accepted_some);
+wait_result continue_sending(request_progress &request, bool accepted_some);
 
 /// Sets the error text of a wait that was in vain. \return the web_result that says the same;
 /// WEB_DONE, and no text, for wait_result::ready. A cancellation is honoured by this: the request
 /// is taken back.
-int finish_wait(wait_result result);
+int report_wait_failure(wait_result result);
 
 /// \return the millisecond counter SILENCE_LIMIT_SECONDS from now.
 std::uint32_t silence_deadline();
@@ -45,3 +47,5 @@ std::uint32_t silence_deadline();
 /// value, a deadline behind that passage has passed at once, and one that was due just before it
 /// and not looked at in time has not.
 bool deadline_passed(std::uint32_t deadline);
+
+} // namespace corvella

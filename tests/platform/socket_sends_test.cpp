@@ -18,6 +18,11 @@
 
 namespace {
 
+using corvella::prepare_sends;
+using corvella::prepare_socket;
+using corvella::send_piece;
+using corvella::unsent_bytes;
+
 using Texts = std::vector<std::string>;
 
 /// What every wrapped call leaves here: its name with what matters of its arguments.

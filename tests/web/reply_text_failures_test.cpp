@@ -11,6 +11,11 @@
 
 namespace {
 
+using corvella::make_reply_text;
+using corvella::release_reply_text;
+using corvella::reply_text;
+using corvella::reserve_reply_text;
+
 constexpr std::size_t long_text_length = std::size_t{16} << 20;
 
 /// A text so long that its memory is populated ahead. A system that refuses changes nothing.
@@ -23,12 +28,12 @@ FailureScenario long_reply_text()
             [] {
                 reply_text text = make_reply_text();
                 for (int part = 0; part < 2; ++part) {
-                    std::memset(room_in_reply_text(text, long_text_length / 2), 'x',
+                    std::memset(reserve_reply_text(text, long_text_length / 2), 'x',
                                 long_text_length / 2);
                     text.length += long_text_length / 2;
                 }
-                room_in_reply_text(text, 1);
-                running.body = take_reply_text(text);
+                reserve_reply_text(text, 1);
+                running.body = release_reply_text(text);
             },
             [] {
                 const bool is_whole =

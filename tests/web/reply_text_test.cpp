@@ -13,6 +13,11 @@
 
 namespace {
 
+using corvella::make_reply_text;
+using corvella::release_reply_text;
+using corvella::reply_text;
+using corvella::reserve_reply_text;
+
 /// The greatest block: 2 GiB less one byte where words have 32 bits.
 constexpr std::size_t greatest = std::numeric_limits<std::ptrdiff_t>::max();
 
@@ -41,7 +46,7 @@ protected:
 
 void append(reply_text &text, std::size_t count)
 {
-    std::memset(room_in_reply_text(text, count), 'x', count);
+    std::memset(reserve_reply_text(text, count), 'x', count);
     text.length += count;
 }
 
@@ -150,7 +155,7 @@ TEST_F(ReplyText, IsCutToItsSizeWhenItIsTaken)
 {
     reply_text text = make_reply_text();
     append(text, 3);
-    char *const taken = take_reply_text(text);
+    char *const taken = release_reply_text(text);
     EXPECT_STREQ(taken, "xxx");
     EXPECT_EQ(requests, (std::vector<std::size_t>{512, 4}));
     EXPECT_EQ(text.length, 0u);
@@ -164,7 +169,7 @@ TEST_F(ReplyText, IsTakenWholeWhereItCannotBeCut)
     reply_text text = make_reply_text();
     append(text, 3);
     least_refused = 0;
-    char *const taken = take_reply_text(text);
+    char *const taken = release_reply_text(text);
     EXPECT_STREQ(taken, "xxx");
     std::free(taken);
 }
@@ -175,7 +180,7 @@ TEST_F(ReplyText, StaysWhatItWasWhenMemoryIsExhausted)
     append(text, 500);
     const char *const block = text.data.get();
     least_refused = 768;
-    EXPECT_THROW(room_in_reply_text(text, 100), std::bad_alloc);
+    EXPECT_THROW(reserve_reply_text(text, 100), std::bad_alloc);
     EXPECT_EQ(text.data.get(), block);
     EXPECT_EQ(text.length, 500u);
     EXPECT_EQ(text.capacity, 512u);
@@ -185,9 +190,9 @@ TEST_F(ReplyText, RefusesALengthThatCannotBeCounted)
 {
     // Only said to be that long: nothing is read or written.
     reply_text text = {{nullptr, std::free}, greatest - 10, greatest - 10};
-    EXPECT_THROW(room_in_reply_text(text, 10), std::bad_alloc);
-    EXPECT_THROW(room_in_reply_text(text, greatest), std::bad_alloc);
-    EXPECT_THROW(room_in_reply_text(text, SIZE_MAX), std::bad_alloc);
+    EXPECT_THROW(reserve_reply_text(text, 10), std::bad_alloc);
+    EXPECT_THROW(reserve_reply_text(text, greatest), std::bad_alloc);
+    EXPECT_THROW(reserve_reply_text(text, SIZE_MAX), std::bad_alloc);
     EXPECT_TRUE(requests.empty());
 }
 
@@ -195,7 +200,7 @@ TEST_F(ReplyText, AsksForTheGreatestSizeThereIs)
 {
     least_refused = greatest;
     reply_text text = {{nullptr, std::free}, greatest - 10, greatest - 10};
-    EXPECT_THROW(room_in_reply_text(text, 9), std::bad_alloc);
+    EXPECT_THROW(reserve_reply_text(text, 9), std::bad_alloc);
     EXPECT_EQ(requests, (std::vector<std::size_t>{greatest}));
 }
 
@@ -204,8 +209,8 @@ TEST_F(ReplyText, GrowsByHalfUpToTheGreatestSize)
     const std::size_t half = greatest / 2;
     least_refused = 1;
     reply_text text = {{nullptr, std::free}, half - 1, half};
-    EXPECT_THROW(room_in_reply_text(text, 1), std::bad_alloc);
+    EXPECT_THROW(reserve_reply_text(text, 1), std::bad_alloc);
     text = {{nullptr, std::free}, greatest - 5, greatest - 4};
-    EXPECT_THROW(room_in_reply_text(text, 4), std::bad_alloc);
+    EXPECT_THROW(reserve_reply_text(text, 4), std::bad_alloc);
     EXPECT_EQ(requests, (std::vector<std::size_t>{half + half / 2, greatest}));
 }
