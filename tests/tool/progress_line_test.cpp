@@ -139,6 +139,48 @@ TEST(TheBody, IsNotShownOnATerminalOfOthers)
     EXPECT_EQ(terminal.written(), "");
 }
 
+TEST(TheRequest, IsShownWithItsShareWhileItIsSent)
+{
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("data", std::string(30'000'000, 'x'));
+    const ScriptedServer server({}, false); // never reads
+    const std::string written =
+        written_by({"post", url_of(server), "-data", path, "-max-time", "1"});
+    EXPECT_TRUE(contains(written, "\rSent ")) << written;
+    EXPECT_TRUE(contains(written, " of 30000000 bytes (")) << written;
+    EXPECT_LE(count_of(written, "Sent"), 25) << written;
+    const Arguments expected = {"Error: Timeout after 1 seconds", "Error: Timeout after 1 seconds",
+                                ""};
+    EXPECT_EQ(shown_on_screen(written), expected) << written;
+    const std::string quiet =
+        written_by({"post", url_of(server), "-data", path, "-max-time", "1", "-quiet"});
+    EXPECT_FALSE(contains(quiet, "Sent")) << quiet;
+}
+
+// "Sent 2500000 of 30000000 bytes (8%), 0 s" is longer than "Waiting for the web site: 1 s".
+TEST(TheLine, LeavesNothingOfALongerOne)
+{
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("data", std::string(30'000'000, 'x'));
+    ScriptedServer server(
+        {pause_for(500), collect_form(), stay_silent(), send_bytes(good_reply("body"))});
+    Terminal terminal;
+    RunningProgram program(corvella_command({"post", url_of(server), "-data", path}),
+                           watched_on(terminal));
+    EXPECT_TRUE(terminal.wait_until_seen(
+        [](const std::string &line) {
+            const std::string words = "Waiting for the web site: ";
+            return line.rfind(words, 0) == 0 && line.size() <= words.size() + 4 &&
+                   line.substr(line.size() - 2) == " s";
+        },
+        20))
+        << terminal.written();
+    EXPECT_TRUE(contains(terminal.written(), "\rSent ")) << terminal.written();
+    server.release();
+    EXPECT_EQ(program.finish().exit_status, 0);
+    EXPECT_EQ(terminal.screen(), Arguments{""});
+}
+
 TEST(TheLine, IsNeverLongerThanTheTerminal)
 {
     for (const int columns : {1, 2, 10, 20, 33}) {
