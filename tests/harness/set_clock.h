@@ -3,6 +3,8 @@
 /// replaced. Include it in one source of a program only.
 #pragma once
 
+#include "tests/harness/libc_noexcept.h"
+
 #include <ctime>
 #include <sys/time.h>
 
@@ -10,7 +12,7 @@
 inline std::time_t clock_now = 1'000'000'000;
 inline long clock_microseconds = 0;
 
-extern "C" std::time_t time(std::time_t *result) noexcept
+extern "C" std::time_t time(std::time_t *result) LIBC_NOEXCEPT
 {
     if (result != nullptr) {
         *result = clock_now;
@@ -18,7 +20,7 @@ extern "C" std::time_t time(std::time_t *result) noexcept
     return clock_now;
 }
 
-extern "C" int gettimeofday(timeval *__restrict result, void *__restrict) noexcept
+extern "C" int gettimeofday(timeval *__restrict result, void *__restrict) LIBC_NOEXCEPT
 {
     result->tv_sec = clock_now;
     result->tv_usec = static_cast<suseconds_t>(clock_microseconds);

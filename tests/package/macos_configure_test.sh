@@ -67,3 +67,17 @@ for kind in LICENSE WELCOME README; do
     file=$(sed -n "s/^set(CPACK_RESOURCE_FILE_$kind \"\(.*\)\")/\1/p" "$packages")
     [[ $file == *.txt && -s $file ]] || fail "the installer has no $kind"
 done
+
+# With tests: what the linker cannot do there is left out, and the report says so.
+tests=$scratch/tests
+quietly cmake -S "$CORVELLA_SOURCES" -B "$tests" -DCMAKE_SYSTEM_NAME=Darwin \
+    -DCMAKE_CXX_COMPILER="$CORVELLA_COMPILER" -DCMAKE_INSTALL_NAME_TOOL=/bin/true
+! grep -q -e '--wrap' "$tests/build.ninja" || fail 'tests need --wrap'
+! grep -qE '(_linux|_glibc)\.cpp' "$tests/build.ninja" || fail 'sources for another system'
+grep -q 'write_stream_bsd\.cpp' "$tests/build.ninja" || fail 'no stream of the tests'
+for name in frameworks failure_loops_tests tool_faults_tests c_utils_files_faults_test \
+    error_abort_test error_allocation_test error_heap_use_test error_message_writes_test \
+    web_reply_text_tests web_secrets_tests web_short_sends_tests web_system_proxy_tests; do
+    ctest --test-dir "$tests" -R "^$name\$" >"$scratch/report" 2>&1 || true
+    grep -q "$name .*Skipped" "$scratch/report" || fail "$name:" "$(cat "$scratch/report")"
+done

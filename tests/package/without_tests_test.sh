@@ -35,3 +35,10 @@ configure used -DCORVELLA_GOOGLETEST_SOURCES="$googletest"
 [ -n "$(test_targets)" ] || { echo 'no tests at all'; exit 1; }
 configure used "${without_tests[@]}"
 expect_no_tests 'folder that had tests'
+
+# Tests without GoogleTest: a warning, no error.
+cmake -S "$CORVELLA_SOURCES" -B "$scratch/lacking" -DCMAKE_CXX_COMPILER="$CORVELLA_COMPILER" \
+    -DCMAKE_CXX_FLAGS="$CORVELLA_FLAGS" -DCORVELLA_GOOGLETEST_SOURCES=/nowhere \
+    >"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
+tr -s ' \n' '  ' <"$scratch/log" | grep -qF "set CORVELLA_GOOGLETEST_SOURCES to its folder" ||
+    { cat "$scratch/log"; exit 1; }

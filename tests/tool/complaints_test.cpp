@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "tests/harness/full_device.h"
 #include "tests/tool/program_under_test.h"
 
 namespace {
@@ -65,6 +66,7 @@ TEST(Complaint, IsFramedInAnAutomatedRun)
 
 TEST(Complaint, OfALostResultComesOnceForAll)
 {
+    SKIP_WITHOUT_FULL_DEVICE();
     ProgramOptions options;
     options.out = open("/dev/full", O_WRONLY);
     const ProgramResult result = run_corvella({"describe"}, options);

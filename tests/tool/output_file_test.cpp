@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "tests/harness/full_device.h"
 #include "tests/harness/temporary_directory.h"
 #include "tests/harness/terminal.h"
 #include "tests/tool/program_under_test.h"
@@ -187,6 +188,7 @@ TEST(OutputOption, ATerminalGetsPrintableText)
 
 TEST(OutputOption, AFullDeviceIsAFailureAndStaysADevice)
 {
+    SKIP_WITHOUT_FULL_DEVICE();
     const ProgramResult result = get_into("/dev/full", "body");
     EXPECT_EQ(result.exit_status, 1);
     EXPECT_TRUE(contains(result.err, "/dev/full")) << result.err;

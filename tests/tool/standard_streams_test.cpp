@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "tests/harness/full_device.h"
 #include "tests/harness/temporary_directory.h"
 #include "tests/harness/valgrind.h"
 #include "tests/tool/program_under_test.h"
@@ -64,12 +65,14 @@ void expect_failures_with_output_to(int out)
 
 TEST(StandardOutput, ThatIsFullIsAFailure)
 {
+    SKIP_WITHOUT_FULL_DEVICE();
     const FullDevice full;
     expect_failures_with_output_to(full.descriptor());
 }
 
 TEST(StandardOutput, ThatHasNoRoomForTheHeaderKeepsTheBodyFromItsFile)
 {
+    SKIP_WITHOUT_FULL_DEVICE();
     const FullDevice full;
     const TemporaryDirectory directory;
     ScriptedServer server(replying(good_reply("body")));
@@ -84,6 +87,7 @@ TEST(StandardOutput, ThatHasNoRoomForTheHeaderKeepsTheBodyFromItsFile)
 
 TEST(StandardOutput, ThatIsFullIsAFailureOfABodyBeyondEveryBuffer)
 {
+    SKIP_WITHOUT_FULL_DEVICE();
     const FullDevice full;
     ProgramOptions options;
     options.out = full.descriptor();
@@ -124,6 +128,7 @@ TEST(StandardOutput, ThatIsClosedIsAFailure)
 
 TEST(StandardOutput, ThatIsFullIsNamedWithTheReason)
 {
+    SKIP_WITHOUT_FULL_DEVICE();
     const FullDevice full;
     ProgramOptions options;
     options.out = full.descriptor();
@@ -228,6 +233,7 @@ TEST(StandardOutput, WhoseReaderGoesAwayFailsQuietly)
 
 TEST(StandardError, ThatIsClosedOrFullDoesNotChangeTheExitStatus)
 {
+    SKIP_WITHOUT_FULL_DEVICE();
     const TemporaryDirectory directory;
     directory.write("page", "old");
     const FullDevice full;

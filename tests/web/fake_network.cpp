@@ -1,5 +1,6 @@
 #include "tests/web/fake_network.h"
 
+#include "tests/harness/libc_noexcept.h"
 #include "tests/web/web_call.h"
 #include "web/web.h"
 
@@ -201,7 +202,7 @@ hostent *gethostbyname(const char *name)
     return &entry;
 }
 
-int socket(int family, int type, int protocol) noexcept
+int socket(int family, int type, int protocol) LIBC_NOEXCEPT
 {
     network.sockets.push_back({family, type, protocol});
     if (network.socket_error != 0) {
@@ -251,7 +252,7 @@ ssize_t send(int, const void *bytes, size_t size, int flags)
 
 #ifdef __linux__
 // SIOCOUTQ is the only request.
-int ioctl(int, unsigned long request, ...) noexcept
+int ioctl(int, unsigned long request, ...) LIBC_NOEXCEPT
 {
     ++network.unsent_queries;
     if (!network.tells_unsent) {
@@ -265,7 +266,7 @@ int ioctl(int, unsigned long request, ...) noexcept
 }
 #endif
 
-int shutdown(int, int how) noexcept
+int shutdown(int, int how) LIBC_NOEXCEPT
 {
     network.shutdowns.push_back({how, network.sends.size()});
     return 0;
@@ -338,7 +339,7 @@ ssize_t checked_recv(int descriptor, void *buffer, size_t room, size_t buffer_si
 }
 #endif
 
-int gettimeofday(timeval *now, void *) noexcept
+int gettimeofday(timeval *now, void *) LIBC_NOEXCEPT
 {
     // Divided only where it has moved: 64 bits take long on a machine of 32.
     static std::int64_t divided_ms = -1;

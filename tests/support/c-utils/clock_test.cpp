@@ -1,6 +1,7 @@
 // The clocks and the sleep under a clock of the tests' own: this program's gettimeofday() and
 // nanosleep() stand in for the system's.
 #include "support/c-utils.h"
+#include "tests/harness/libc_noexcept.h"
 
 #include <cerrno>
 #include <cmath>
@@ -26,7 +27,7 @@ int sleep_error;
 
 } // namespace
 
-extern "C" int gettimeofday(timeval *__restrict result, void *__restrict) noexcept
+extern "C" int gettimeofday(timeval *__restrict result, void *__restrict) LIBC_NOEXCEPT
 {
     *result = clock_now;
     return 0;

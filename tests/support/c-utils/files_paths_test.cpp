@@ -10,9 +10,11 @@
 #include <string>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/sysmacros.h>
 #include <sys/un.h>
 #include <unistd.h>
+#if __has_include(<sys/sysmacros.h>) // makedev() is in <sys/types.h> elsewhere
+#include <sys/sysmacros.h>
+#endif
 
 namespace {
 

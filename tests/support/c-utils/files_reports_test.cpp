@@ -2,6 +2,7 @@
 #include "support/c-utils.h"
 #include "support/error.h"
 #include "tests/harness/capture.h"
+#include "tests/harness/full_device.h"
 #include "tests/support/c-utils/file_test_tools.h"
 
 #include <cerrno>
@@ -268,6 +269,7 @@ TEST_F(Fallback, IsNeverTriedWhenTheFirstFailureIsFatal)
 
 TEST_F(CloseFailure, IsReportedAndThenExplained)
 {
+    SKIP_WITHOUT_FULL_DEVICE();
     std::FILE *const stream = open_full_device();
     if (stream == nullptr) {
         GTEST_SKIP() << "no device that is always full";
@@ -283,6 +285,7 @@ TEST_F(CloseFailure, IsReportedAndThenExplained)
 
 TEST_F(CloseFailure, IsExplainedByItsOwnErrorWhateverTheReportDidToIt)
 {
+    SKIP_WITHOUT_FULL_DEVICE();
     std::FILE *const stream = open_full_device();
     if (stream == nullptr) {
         GTEST_SKIP() << "no device that is always full";
@@ -294,6 +297,7 @@ TEST_F(CloseFailure, IsExplainedByItsOwnErrorWhateverTheReportDidToIt)
 
 TEST_F(CloseFailure, ReachesTheMessageHookAtLevelNineWithoutANewline)
 {
+    SKIP_WITHOUT_FULL_DEVICE();
     std::FILE *const stream = open_full_device();
     if (stream == nullptr) {
         GTEST_SKIP() << "no device that is always full";
@@ -307,6 +311,7 @@ TEST_F(CloseFailure, ReachesTheMessageHookAtLevelNineWithoutANewline)
 // The report goes to the print stream, the reason to standard error all the same.
 TEST_F(CloseFailure, ExplainsItselfOnStandardErrorAlsoWithAnotherPrintStream)
 {
+    SKIP_WITHOUT_FULL_DEVICE();
     std::FILE *const stream = open_full_device();
     if (stream == nullptr) {
         GTEST_SKIP() << "no device that is always full";

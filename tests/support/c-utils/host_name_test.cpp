@@ -1,5 +1,6 @@
 // The host name from this program's own gethostname(), which stands in for the system's.
 #include "support/c-utils.h"
+#include "tests/harness/libc_noexcept.h"
 
 #include <cerrno>
 #include <cstring>
@@ -18,7 +19,7 @@ const std::string name = "a-host-name";
 
 } // namespace
 
-extern "C" int gethostname(char *buffer, std::size_t size) noexcept
+extern "C" int gethostname(char *buffer, std::size_t size) LIBC_NOEXCEPT
 {
     asked_buffer = buffer;
     asked_size = size;

@@ -49,8 +49,11 @@ public:
     {
         int to_shell[2];
         int started[2];
-        if (pipe2(to_shell, O_CLOEXEC) != 0 || pipe2(started, O_CLOEXEC) != 0) {
+        if (pipe(to_shell) != 0 || pipe(started) != 0) {
             return;
+        }
+        for (const int end : {to_shell[0], to_shell[1], started[0], started[1]}) {
+            fcntl(end, F_SETFD, FD_CLOEXEC);
         }
         std::vector<char *> vector;
         for (std::string &argument : arguments) {

@@ -1,6 +1,7 @@
 // Where over-long messages are cut, and what happens when they cannot be written.
 #include "support/error.h"
 #include "tests/harness/capture.h"
+#include "tests/harness/full_device.h"
 #include "tests/harness/long_numbers.h"
 #include "tests/support/error/facility_test.h"
 
@@ -141,6 +142,7 @@ TEST_F(UnwritableMessages, AreCountedAllTheSameWhenStandardErrorIsClosed)
 
 TEST_F(UnwritableMessages, AreCountedAllTheSameOnAFullDevice)
 {
+    SKIP_WITHOUT_FULL_DEVICE();
     const ChildResult child = run_in_child([] {
         const std::int32_t before = message_count();
         dup2(open("/dev/full", O_WRONLY), STDERR_FILENO);
@@ -154,6 +156,7 @@ TEST_F(UnwritableMessages, AreCountedAllTheSameOnAFullDevice)
 
 TEST_F(UnwritableMessages, EndTheProcessWithStatusOneWhenFatal)
 {
+    SKIP_WITHOUT_FULL_DEVICE();
     const ChildResult child = run_in_child([] {
         dup2(open("/dev/full", O_WRONLY), STDERR_FILENO);
         report_message(10, "disk");

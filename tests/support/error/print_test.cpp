@@ -1,6 +1,8 @@
 #include "support/error.h"
 #include "tests/harness/capture.h"
+#include "tests/harness/full_device.h"
 #include "tests/harness/long_numbers.h"
+#include "tests/harness/write_stream.h"
 #include "tests/support/error/facility_test.h"
 
 #include <cfloat>
@@ -96,6 +98,7 @@ TEST_F(PrintIndented, ReturnsZeroWhenTheFlushSucceeds)
 
 TEST_F(PrintIndented, ReturnsEofWhenTheFlushFails)
 {
+    SKIP_WITHOUT_FULL_DEVICE();
     std::FILE *full = std::fopen("/dev/full", "w");
     ASSERT_NE(full, nullptr);
     set_print_stream(full);
@@ -120,8 +123,7 @@ TEST_F(PrintIndented, ReturnsZeroAfterAFailedWriteWithoutABuffer)
 /// A stream that keeps the pieces in which it was written.
 class PieceStream {
 public:
-    explicit PieceStream(int buffering)
-        : stream(fopencookie(this, "w", {nullptr, write_piece, nullptr, nullptr}))
+    explicit PieceStream(int buffering) : stream(open_write_stream(this, write_piece))
     {
         std::setvbuf(stream, nullptr, buffering, 1 << 18);
     }
@@ -136,10 +138,9 @@ public:
     std::vector<std::string> pieces;
 
 private:
-    static ssize_t write_piece(void *cookie, const char *bytes, std::size_t count)
+    static void write_piece(void *cookie, const char *bytes, std::size_t count)
     {
         static_cast<PieceStream *>(cookie)->pieces.emplace_back(bytes, count);
-        return static_cast<ssize_t>(count);
     }
 };
 
