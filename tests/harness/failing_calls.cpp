@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <dirent.h>
 #include <netdb.h>
 #include <sys/socket.h>
 
@@ -261,8 +262,8 @@ WRAPPED(int, __gethostname_chk, (char *buffer, std::size_t size, std::size_t roo
 WRAPPED_OPENER(fopen, (const char *path, const char *mode), (path, mode), Fopen)
 WRAPPED_OPENER(fopen64, (const char *path, const char *mode), (path, mode), Fopen)
 WRAPPED_OPENER(opendir, (const char *path), (path), Opendir)
-WRAPPED_CLOSER(void *, fclose, Fclose)
-WRAPPED_CLOSER(void *, closedir, Closedir)
+WRAPPED_CLOSER(std::FILE *, fclose, Fclose)
+WRAPPED_CLOSER(DIR *, closedir, Closedir)
 WRAPPED_CLOSER(int, close, Close)
 
 ssize_t __real_send(int descriptor, const void *bytes, std::size_t size, int flags);

@@ -9,16 +9,22 @@ namespace {
 using std::chrono::seconds;
 using std::chrono::steady_clock;
 
-/// Runs the program against a server that sends this much and then nothing more.
+ProgramResult run_timeout_program(std::vector<std::string> arguments)
+{
+    arguments.insert(arguments.begin(), TIMEOUT_PROGRAM);
+    return run_program(arguments, {});
+}
+
+/// Runs the program against a server that sends \p sent and then stays silent.
 ProgramResult run_into_silence(const std::string &sent, const std::vector<std::string> &more)
 {
     ScriptedServer server({collect_form(), send_bytes(sent), stay_silent()});
     std::vector<std::string> arguments = {"get", url_of(server)};
     arguments.insert(arguments.end(), more.begin(), more.end());
     const auto start = steady_clock::now();
-    ProgramResult result = run_corvella(arguments);
+    ProgramResult result = run_timeout_program(arguments);
     const auto taken = steady_clock::now() - start;
-    EXPECT_GE(taken, std::chrono::milliseconds(9900));
+    EXPECT_GE(taken, std::chrono::milliseconds(TIMEOUT_MILLISECONDS));
     EXPECT_LT(taken, seconds(25));
     return result;
 }
@@ -46,8 +52,9 @@ TEST(TimeOut, EndsTheWaitForTheBodyAfterTenSeconds)
 TEST(TimeOut, EndsAnUpdateQueryAfterTenSeconds)
 {
     ScriptedServer server({collect_form(), stay_silent()});
-    const ProgramResult result = run_corvella({"update", "-product", "P", "-productline", "L",
-                                               "-version", "1", "-proxy", proxy_of(server)});
+    const ProgramResult result =
+        run_timeout_program({"update", "-product", "P", "-productline", "L", "-version", "1",
+                             "-proxy", proxy_of(server)});
     EXPECT_EQ(result.exit_status, 3);
     EXPECT_EQ(result.out, "");
 }

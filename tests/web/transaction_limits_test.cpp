@@ -74,9 +74,9 @@ std::size_t bytes_at_rest()
 
 } // namespace
 
-TEST_F(TransactionLimits, TakeAHeaderOf64Mebibytes)
+TEST_F(TransactionLimits, TakeAHeaderOf8Mebibytes)
 {
-    const std::size_t size = repetitions(64, 2) * mebibyte;
+    const std::size_t size = repetitions(8, 2) * mebibyte;
     network.keeps_records = false;
     std::string header = "HTTP/1.0 200 OK\r\nA: " + std::string(size, 'b') + "\r\n\r";
     network.events = {data(header + "\nabc"), peer_closes()};
@@ -97,9 +97,9 @@ TEST_F(TransactionLimits, TakeABodyOf64Mebibytes)
     EXPECT_TRUE(outcome.body == body);
 }
 
-TEST_F(TransactionLimits, DeliverAPostOf64MebibytesThroughSendsOfOneByte)
+TEST_F(TransactionLimits, DeliverAPostOf8MebibytesThroughSendsOfOneByte)
 {
-    const std::size_t size = repetitions(64, 2) * mebibyte;
+    const std::size_t size = repetitions(8, 2) * mebibyte;
     network.keeps_records = false;
     network.send_at_most = 1;
     network.events = {data("A\n\nabc"), peer_closes()};

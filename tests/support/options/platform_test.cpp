@@ -174,7 +174,7 @@ TEST_P(ParserAndPlatform, AgreeOnTheCommonKindOfCommandLine)
 {
     const std::string mode = GetParam();
     Generator generator(1);
-    const int scans = runs_under_valgrind() ? 5000 : 100000;
+    const int scans = runs_under_valgrind() ? 5000 : 30000;
     for (int i = 0; i < scans; ++i) {
         const Texts elements = generator.elements(mode);
         const std::string short_options = mode + "abo:p::v";
