@@ -3,11 +3,11 @@
 /// kept.
 #pragma once
 
-#include "tests/harness/quoted.h"
-
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+
+#include "tests/harness/quoted.h"
 
 [[noreturn]] inline void give_up(const std::string &what)
 {

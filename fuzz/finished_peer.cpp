@@ -1,10 +1,10 @@
 #include "fuzz/finished_peer.h"
 
-#include "fuzz/check.h"
-
 #include <algorithm>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include "fuzz/check.h"
 
 FinishedPeer finished_peer;
 

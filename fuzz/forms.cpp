@@ -2,13 +2,6 @@
 // count of bytes; then texts, each up to a NUL: names and values by turns. All that stands behind
 // the line is encoded in base64 as well.
 
-#include "fuzz/check.h"
-#include "fuzz/input.h"
-#include "tests/support/c-utils/exact_buffer.h"
-#include "tests/web/base64_model.h"
-#include "tests/web/form_model.h"
-#include "web/web.h"
-
 #include <algorithm>
 #include <climits>
 #include <cstddef>
@@ -16,6 +9,13 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "fuzz/check.h"
+#include "fuzz/input.h"
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/web/base64_model.h"
+#include "tests/web/form_model.h"
+#include "web/web.h"
 
 namespace {
 

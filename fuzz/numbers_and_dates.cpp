@@ -1,18 +1,18 @@
 // Input: a line with a day number, then a text: a decimal number, a date or a month's name.
 
-#include "fuzz/check.h"
-#include "fuzz/date_model.h"
-#include "fuzz/input.h"
-#include "support/c-utils.h"
-#include "tests/support/c-utils/exact_buffer.h"
-#include "tests/support/c-utils/parse_float_model.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <optional>
 #include <string>
+
+#include "fuzz/check.h"
+#include "fuzz/date_model.h"
+#include "fuzz/input.h"
+#include "support/c-utils.h"
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/support/c-utils/parse_float_model.h"
 
 namespace {
 

@@ -4,16 +4,17 @@
 // the elements.
 
 #include "support/options.h"
-#include "fuzz/captured_stream.h"
-#include "fuzz/check.h"
-#include "fuzz/input.h"
-#include "tests/support/options/comparison.h"
-#include "tests/support/options/model.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <string>
+
+#include "fuzz/captured_stream.h"
+#include "fuzz/check.h"
+#include "fuzz/input.h"
+#include "tests/support/options/comparison.h"
+#include "tests/support/options/model.h"
 
 namespace {
 

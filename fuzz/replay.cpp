@@ -1,14 +1,14 @@
 // Feeds a fuzzer every file of the named folders, for a build without a fuzzing engine. What is
 // wrong ends the process.
 
-#include "fuzz/input.h"
-
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+
+#include "fuzz/input.h"
 
 namespace {
 

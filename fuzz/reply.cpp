@@ -1,16 +1,16 @@
 // Input: a line with the most that one receive takes, then a reply.
 
-#include "fuzz/check.h"
-#include "fuzz/finished_peer.h"
-#include "fuzz/input.h"
-#include "tests/web/reply_model.h"
-#include "web/web.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string>
+
+#include "fuzz/check.h"
+#include "fuzz/finished_peer.h"
+#include "fuzz/input.h"
+#include "tests/web/reply_model.h"
+#include "web/web.h"
 
 namespace {
 

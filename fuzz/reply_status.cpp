@@ -1,14 +1,14 @@
 // Input: a reply's header.
 
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
 #include "fuzz/check.h"
 #include "fuzz/input.h"
 #include "tests/support/c-utils/exact_buffer.h"
 #include "tests/web/reply_status_model.h"
 #include "web/web.h"
-
-#include <cstddef>
-#include <cstdint>
-#include <string>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -1,19 +1,19 @@
 // Input: a line with a location and a size, then three texts, each up to a NUL: a source, a pattern
 // and a replacement.
 
-#include "fuzz/captured_stream.h"
-#include "fuzz/check.h"
-#include "fuzz/input.h"
-#include "support/c-utils.h"
-#include "tests/support/c-utils/exact_buffer.h"
-#include "tests/support/c-utils/text_models.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <string>
+
+#include "fuzz/captured_stream.h"
+#include "fuzz/check.h"
+#include "fuzz/input.h"
+#include "support/c-utils.h"
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/support/c-utils/text_models.h"
 
 namespace {
 

@@ -1,6 +1,12 @@
 // Input: a line with the size of the destinations and letters for those that are null (V, U, B);
 // then the service's whole reply.
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+
 #include "fuzz/check.h"
 #include "fuzz/finished_peer.h"
 #include "fuzz/input.h"
@@ -9,12 +15,6 @@
 #include "tests/web/reply_status_model.h"
 #include "tests/web/update_model.h"
 #include "web/web.h"
-
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <optional>
-#include <string>
 
 namespace {
 

@@ -1,16 +1,16 @@
 // Input: a line with the number of a word, then two texts, each up to a NUL.
 
-#include "fuzz/check.h"
-#include "fuzz/input.h"
-#include "support/c-utils.h"
-#include "tests/support/c-utils/exact_buffer.h"
-#include "tests/support/c-utils/text_models.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "fuzz/check.h"
+#include "fuzz/input.h"
+#include "support/c-utils.h"
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/support/c-utils/text_models.h"
 
 namespace {
 

@@ -1,15 +1,15 @@
 // Input: a line with the width, the indent and the first column, then the text.
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
 #include "fuzz/check.h"
 #include "fuzz/input.h"
 #include "support/c-utils.h"
 #include "tests/support/c-utils/exact_buffer.h"
 #include "tests/support/c-utils/wrap_model.h"
-
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <string>
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "platform/platform.h"
-
 #include <CoreFoundation/CoreFoundation.h>
+
+#include "platform/platform.h"
 
 namespace {
 

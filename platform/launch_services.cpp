@@ -1,7 +1,7 @@
-#include "platform/platform.h"
-
 #include <CoreFoundation/CoreFoundation.h>
 #include <cstring>
+
+#include "platform/platform.h"
 
 namespace {
 

@@ -36,9 +36,8 @@ int open_document(const char *target);
 ///     and leaves ""; a size below 1 writes nothing
 /// \param kind 1 the executable, 2 the support files, 3 the resources, 4 the built-in plug-ins, 5
 ///     the resource \p name; 0 and any other kind the bundle itself
-/// \param name used by kind 5 only, and null otherwise if you like. Its Core Foundation string is
-/// not
-///     released, deliberately.
+/// \param name used by kind 5 only; may be null otherwise. On purpose: its Core Foundation string
+///     is not released.
 /// \return \p buffer, or null when there is no bundle or no such part of it.
 char *main_bundle_path(char *buffer, int size, int kind, const char *name);
 

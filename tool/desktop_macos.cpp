@@ -1,7 +1,8 @@
+#include "tool/desktop.h"
+
 #include <string>
 
 #include "platform/platform.h"
-#include "tool/desktop.h"
 #include "tool/output.h"
 
 namespace corvella {

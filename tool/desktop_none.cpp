@@ -1,7 +1,8 @@
 // Systems other than Mac OS X have no service that this program could ask.
+#include "tool/desktop.h"
+
 #include <string>
 
-#include "tool/desktop.h"
 #include "tool/output.h"
 
 namespace corvella {

@@ -1,7 +1,7 @@
-#include "web/proxy.h"
-
 #include <CoreFoundation/CoreFoundation.h>
 #include <SystemConfiguration/SystemConfiguration.h>
+
+#include "web/proxy.h"
 
 namespace {
 

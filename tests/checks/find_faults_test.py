@@ -16,6 +16,7 @@ GOOD = {
     "support/c-utils/bell.h": "#pragma once\n\nvoid ring_bell();\n",
     "support/c-utils/bell.cpp":
         '#include "support/c-utils/bell.h"\n\nint a()\n{\n    return 1;\n}\n',
+    "tests/support/c-utils/bell_test.cpp": "int b();\n",
     "scripts/say.sh": "#!/bin/sh\necho said\n",
     "scripts/say.py": 'print("said")\n',
 }
@@ -37,6 +38,7 @@ FAULTS = (
     ("banned.py", "web/a.cpp", "int *f = new int;\n", "new"),
     ("banned.py", "excuses", "web/a.cpp | strcpy | none\n", "unused excuse: web/a.cpp, strcpy"),
     ("banned.py", "excuses", "web/a.cpp | strcpy |\n", "no reason"),
+    ("mirror.py", "web/a.cpp", "int a;\n", "add tests/web/a_test.cpp"),
     ("sizes.py", "web/a.cpp", LONG, "61 lines"),
     ("sizes.py", "web/a.cpp", f"int f(int a)\n{{\n{BRANCHES}    return 0;\n}}\n", "complexity 11"),
     ("sizes.py", "tests/a.cpp", "\n" * 401, "401 lines"),

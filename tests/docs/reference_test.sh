@@ -12,10 +12,14 @@ fi
 scratch=$(mktemp -d "${TMPDIR:-/tmp}/corvella.XXXXXX")
 trap 'rm -rf "$scratch"' EXIT
 
+# A path with a space leads to the sources.
+sources=$(cd "$(dirname "$0")/../.." && pwd)
+ln -s "$sources" "$scratch/the sources"
+
 # run_doxygen SETTING...: runs it with further settings and leaves what it said in $scratch/log.
 run_doxygen() {
     {
-        cat "$configuration"
+        sed "s|$sources\([/\"]\)|$scratch/the sources\1|g" "$configuration"
         printf '%s\n' "OUTPUT_DIRECTORY = $scratch" "$@"
     } >"$scratch/Doxyfile"
     doxygen "$scratch/Doxyfile" >"$scratch/log" 2>&1
@@ -24,6 +28,8 @@ run_doxygen() {
 run_doxygen || { cat "$scratch/log"; exit 1; }
 [ ! -s "$scratch/log" ] || { cat "$scratch/log"; exit 1; }
 [ -s "$scratch/html/index.html" ] || { echo 'there is no main page'; exit 1; }
+
+python3 -B "$(dirname "$0")/links.py" "$scratch/html"
 
 # That it looks at the headers at all: each of these is a page of its own.
 for header in error hooks c-utils wrap options web transaction platform; do

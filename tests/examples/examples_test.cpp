@@ -1,11 +1,5 @@
 /// \file
 /// The example programs, run as their readers would.
-#include "tests/harness/child_process.h"
-#include "tests/harness/program.h"
-#include "tests/harness/real_servers.h"
-#include "tests/harness/scripted_server.h"
-#include "tests/harness/temporary_directory.h"
-
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -15,6 +9,12 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "tests/harness/child_process.h"
+#include "tests/harness/program.h"
+#include "tests/harness/real_servers.h"
+#include "tests/harness/scripted_server.h"
+#include "tests/harness/temporary_directory.h"
 
 namespace {
 

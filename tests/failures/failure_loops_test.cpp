@@ -1,11 +1,11 @@
 // Every scenario with every call failing in turn.
-#include "tests/failures/failure_scenario.h"
-#include "tests/harness/valgrind.h"
-
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "tests/failures/failure_scenario.h"
+#include "tests/harness/valgrind.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include "tests/failures/failure_scenario.h"
 
+#include <new>
+
 #include "support/error.h"
 #include "tests/web/web_call.h"
 #include "web/client_state.h"
-
-#include <new>
 
 namespace {
 

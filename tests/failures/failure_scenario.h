@@ -2,13 +2,13 @@
 /// A call of the product with each call of the system failing in it, one after the other.
 #pragma once
 
-#include "tests/harness/capture.h"
-#include "tests/harness/failing_calls.h"
-
 #include <gtest/gtest.h>
 #include <ostream>
 #include <string>
 #include <vector>
+
+#include "tests/harness/capture.h"
+#include "tests/harness/failing_calls.h"
 
 /// One call of the product, and how it is to end.
 struct FailureScenario {

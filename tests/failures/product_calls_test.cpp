@@ -1,7 +1,5 @@
 // What the libraries call, read from their objects, against what the failure loops reach: a call
 // that is new in the product makes these tests fail until a scenario reaches it.
-#include "tests/failures/failure_scenario.h"
-
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -10,6 +8,8 @@
 #include <set>
 #include <string>
 #include <vector>
+
+#include "tests/failures/failure_scenario.h"
 
 namespace {
 

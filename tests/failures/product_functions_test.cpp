@@ -1,13 +1,13 @@
 // The functions that the libraries publish, against what the failure loops run: a function that is
 // new needs a scenario, or its place and reason here.
-#include "tests/failures/failure_scenario.h"
-
 #include <algorithm>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <set>
 #include <string>
 #include <vector>
+
+#include "tests/failures/failure_scenario.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // Strings, URLs, dictionaries and numbers.
-#include "tests/frameworks/objects.h"
-#include "tests/frameworks/text_encodings.h"
-
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <limits>
+
+#include "tests/frameworks/objects.h"
+#include "tests/frameworks/text_encodings.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Launch Services, file references and Gestalt.
-#include "tests/frameworks/objects.h"
-
 #include <cstdio>
+
+#include "tests/frameworks/objects.h"
 
 namespace {
 

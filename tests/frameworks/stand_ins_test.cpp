@@ -1,14 +1,14 @@
 // That the stand-ins notice what they are there to notice.
 #include "tests/frameworks/stand_ins.h"
 
-#include "tests/harness/capture.h"
-
 #include <climits>
 #include <csignal>
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "tests/harness/capture.h"
 
 namespace {
 

@@ -2,10 +2,10 @@
 /// For tests that do something very often: how often, and what it left on the heap.
 #pragma once
 
-#include "tests/harness/valgrind.h"
-
 #include <cstddef>
 #include <optional>
+
+#include "tests/harness/valgrind.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define ENDURANCE_UNDER_ASAN 1

@@ -1,5 +1,4 @@
 #include "tests/harness/failing_calls.h"
-#include "tests/harness/failing_calls_inside.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -10,6 +9,8 @@
 #include <dirent.h>
 #include <netdb.h>
 #include <sys/socket.h>
+
+#include "tests/harness/failing_calls_inside.h"
 
 FailingCallsSettings failing_calls;
 

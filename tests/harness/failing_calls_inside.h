@@ -2,10 +2,10 @@
 /// What the replaced calls do for each other. Internal to corvella_failing_calls.
 #pragma once
 
-#include "tests/harness/failing_calls.h"
-
 #include <cstddef>
 #include <cstdint>
+
+#include "tests/harness/failing_calls.h"
 
 /// Notes a call. \return whether it fails; errno, or h_errno, says why then.
 bool fails(Call call, bool shrinks = false);

@@ -1,8 +1,8 @@
 // The part of failing_calls.h that gives memory.
-#include "tests/harness/failing_calls_inside.h"
-
 #include <algorithm>
 #include <new>
+
+#include "tests/harness/failing_calls_inside.h"
 
 extern "C" {
 

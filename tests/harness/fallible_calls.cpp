@@ -1,10 +1,10 @@
 // The calls that can fail, with what they document, as POSIX and the Linux manual pages have it. A
 // call of the system has EINTR also where they leave it out: some file systems and systems give it.
 // fclose has what the write of the rest can meet.
-#include "tests/harness/failing_calls.h"
-
 #include <cerrno>
 #include <netdb.h>
+
+#include "tests/harness/failing_calls.h"
 
 const std::array<FallibleCall, call_count> &fallible_calls()
 {

@@ -24,7 +24,7 @@ install_from "$build"
 expect " $binaries with debug_info, not stripped" "$(kinds)"
 ! grep -rlF -e "$CORVELLA_SOURCES" -e "$build" "$prefix" || fail 'they name the build'
 for file in man/man1/corvella.1 man/man3/corvella.3 bash-completion/completions/corvella \
-    zsh/site-functions/_corvella; do
+    zsh/site-functions/_corvella doc/corvella/README.md doc/corvella/docs/deliberate.md; do
     [ -s "$prefix/share/$file" ] || fail "not installed: share/$file"
 done
 rm -r "$prefix"

@@ -1,11 +1,11 @@
-#include "platform/platform.h"
-#include "tests/frameworks/stand_ins.h"
-#include "tests/platform/guarded_buffer.h"
-
 #include <climits>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "platform/platform.h"
+#include "tests/frameworks/stand_ins.h"
+#include "tests/platform/guarded_buffer.h"
 
 namespace {
 

@@ -1,5 +1,3 @@
-#include "support/error.h"
-#include "tests/frameworks/stand_ins.h"
 #include "tool/desktop.h"
 
 #include <climits>
@@ -8,6 +6,9 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "support/error.h"
+#include "tests/frameworks/stand_ins.h"
 
 namespace {
 

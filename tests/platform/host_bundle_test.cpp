@@ -1,10 +1,10 @@
-#include "platform/platform.h"
-#include "tests/frameworks/stand_ins.h"
-#include "tests/platform/guarded_buffer.h"
-
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "platform/platform.h"
+#include "tests/frameworks/stand_ins.h"
+#include "tests/platform/guarded_buffer.h"
 
 namespace {
 

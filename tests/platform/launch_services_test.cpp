@@ -1,13 +1,13 @@
-#include "platform/platform.h"
-#include "support/c-utils.h"
-#include "tests/frameworks/stand_ins.h"
-
 #include <climits>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include "platform/platform.h"
+#include "support/c-utils.h"
+#include "tests/frameworks/stand_ins.h"
 
 namespace {
 

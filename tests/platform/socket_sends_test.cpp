@@ -1,8 +1,6 @@
 /// \file
 /// How Mac OS X's sockets are prepared and written to. The calls are recorded by wrappers that the
 /// linker puts before them; what is behind is the replaced network of fake_network.cpp.
-#include "tests/web/fake_network.h"
-#include "tests/web/web_call.h"
 #include "web/socket_sends.h"
 
 #include <algorithm>
@@ -15,6 +13,9 @@
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <vector>
+
+#include "tests/web/fake_network.h"
+#include "tests/web/web_call.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
-#include "tests/frameworks/stand_ins.h"
-#include "tests/platform/guarded_buffer.h"
-#include "web/web.h"
-
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
 #include <map>
 #include <string>
 #include <vector>
+
+#include "tests/frameworks/stand_ins.h"
+#include "tests/platform/guarded_buffer.h"
+#include "web/web.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
-#include "support/c-utils.h"
-#include "tests/frameworks/stand_ins.h"
-#include "tests/platform/guarded_buffer.h"
-
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "support/c-utils.h"
+#include "tests/frameworks/stand_ins.h"
+#include "tests/platform/guarded_buffer.h"
 
 namespace {
 

@@ -1,3 +1,4 @@
+// Tests tool/exchange.cpp.
 #include <chrono>
 #include <csignal>
 #include <fstream>

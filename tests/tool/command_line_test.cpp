@@ -1,3 +1,4 @@
+// Tests tool/command_line_scan.cpp.
 #include <gtest/gtest.h>
 
 #include "tests/harness/temporary_directory.h"

@@ -1,4 +1,5 @@
 // What the program says, word for word.
+// Tests tool/command_line_checks.cpp.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>

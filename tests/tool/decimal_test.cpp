@@ -1,7 +1,7 @@
+#include "tool/decimal.h"
+
 #include <gtest/gtest.h>
 #include <string>
-
-#include "tool/decimal.h"
 
 namespace {
 

@@ -1,3 +1,4 @@
+// Tests tool/describe_command.cpp, tool/open_command.cpp and tool/desktop_none.cpp.
 #include <array>
 #include <ctime>
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 /// \file
 /// -verbose and -quiet: how much is said beside the result.
+/// Tests tool/timing.cpp.
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <map>

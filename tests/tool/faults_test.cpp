@@ -1,10 +1,5 @@
 // What the program says and leaves when something fails that no arrangement around the program
 // makes fail. The linker routes some calls of the tool's own objects through this file.
-#include "support/error.h"
-#include "tests/harness/temporary_directory.h"
-#include "tool/command_line.h"
-#include "tool/output_file.h"
-
 #include <cerrno>
 #include <cstdio>
 #include <gtest/gtest.h>
@@ -14,6 +9,11 @@
 #include <unistd.h>
 #include <utility>
 #include <vector>
+
+#include "support/error.h"
+#include "tests/harness/temporary_directory.h"
+#include "tool/command_line.h"
+#include "tool/output_file.h"
 
 namespace {
 

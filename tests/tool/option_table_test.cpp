@@ -1,8 +1,8 @@
 /// \file
 /// What is asked of the tables of commands and options.
-#include <gtest/gtest.h>
-
 #include "tool/option_table.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,3 +1,6 @@
+// Tests tool/password_prompt.cpp.
+#include "tool/password.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
@@ -13,7 +16,6 @@
 
 #include "tests/harness/valgrind.h"
 #include "tests/tool/program_under_test.h"
-#include "tool/password.h"
 
 namespace {
 

@@ -1,12 +1,11 @@
 /// \file
 /// The line that shows on a terminal how long the program has been waiting.
-#include "tests/harness/terminal.h"
-
 #include <algorithm>
 #include <cctype>
 #include <chrono>
 #include <gtest/gtest.h>
 
+#include "tests/harness/terminal.h"
 #include "tests/tool/program_under_test.h"
 
 namespace {

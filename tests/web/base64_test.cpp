@@ -1,7 +1,5 @@
 #include "web/base64.h"
 
-#include "tests/web/base64_model.h"
-
 #include <array>
 #include <climits>
 #include <cstddef>
@@ -10,6 +8,8 @@
 #include <random>
 #include <string>
 #include <string_view>
+
+#include "tests/web/base64_model.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 #include "tests/web/failing_exchange.h"
 
-#include "tests/web/fake_network.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
 #include <cerrno>
 #include <cstdlib>
 #include <netdb.h>
+
+#include "tests/web/fake_network.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 RunningExchange running;
 

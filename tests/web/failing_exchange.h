@@ -3,11 +3,11 @@
 /// the words of web/transaction.h; and the exchange of a failure scenario that runs.
 #pragma once
 
-#include "tests/failures/failure_scenario.h"
-
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "tests/failures/failure_scenario.h"
 
 // What the server sends, each piece there at once.
 inline const std::string header_bytes = "HTTP/1.0 200 OK\r\n\r\n";

@@ -8,11 +8,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <string>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 /// What happens next on the connection, as the client sees it.
 struct NetworkEvent {

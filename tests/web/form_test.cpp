@@ -1,7 +1,5 @@
 #include "web/form.h"
 
-#include "tests/web/form_model.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <gtest/gtest.h>
@@ -9,6 +7,8 @@
 #include <random>
 #include <string>
 #include <vector>
+
+#include "tests/web/form_model.h"
 
 namespace {
 

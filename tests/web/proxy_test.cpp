@@ -3,16 +3,15 @@
 /// also tells whether it was asked.
 #include "web/proxy.h"
 
-#include "tests/support/c-utils/exact_buffer.h"
-#include "web/web.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
+#include "tests/support/c-utils/exact_buffer.h"
+#include "web/web.h"
 
 namespace {
 

@@ -1,10 +1,9 @@
-#include "tests/harness/real_servers.h"
-
 #include <array>
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 
+#include "tests/harness/real_servers.h"
 #include "tests/web/form_call.h"
 
 namespace {

@@ -1,14 +1,12 @@
-#include "tests/harness/real_servers.h"
-
-#include "web/web.h"
-
 #include <array>
 #include <cerrno>
 #include <gtest/gtest.h>
 #include <string>
 
+#include "tests/harness/real_servers.h"
 #include "tests/harness/scripted_server.h"
 #include "tests/web/form_call.h"
+#include "web/web.h"
 
 namespace {
 

@@ -1,7 +1,5 @@
 #include "tests/harness/real_servers.h"
 
-#include "web/web.h"
-
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -10,6 +8,7 @@
 #include <string_view>
 
 #include "tests/web/form_call.h"
+#include "web/web.h"
 
 namespace {
 

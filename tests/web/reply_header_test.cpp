@@ -1,10 +1,10 @@
 #include "web/reply_header.h"
 
-#include "web/web_error.h"
-
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
+
+#include "web/web_error.h"
 
 namespace {
 

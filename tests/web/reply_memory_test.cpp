@@ -1,9 +1,5 @@
 /// \file
 /// What a large reply costs in memory, measured in a process that does nothing else.
-#include "tests/harness/capture.h"
-#include "tests/harness/real_servers.h"
-#include "web/web.h"
-
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -11,6 +7,10 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/resource.h>
+
+#include "tests/harness/capture.h"
+#include "tests/harness/real_servers.h"
+#include "web/web.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define MEMORY_TEST_UNDER_ASAN 1

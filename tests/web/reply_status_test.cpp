@@ -1,12 +1,12 @@
 #include "web/reply_status.h"
 
-#include "tests/web/reply_status_model.h"
-#include "web/web_error.h"
-
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
 #include <vector>
+
+#include "tests/web/reply_status_model.h"
+#include "web/web_error.h"
 
 namespace {
 

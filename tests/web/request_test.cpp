@@ -1,9 +1,5 @@
 #include "web/request.h"
 
-#include "tests/web/fake_network.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
 #include <arpa/inet.h>
 #include <cerrno>
 #include <cstdlib>
@@ -11,6 +7,10 @@
 #include <new>
 #include <string>
 #include <vector>
+
+#include "tests/web/fake_network.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

@@ -2,10 +2,6 @@
 /// The credentials and the allocator: how much is asked for, and what the blocks still hold when
 /// they are given back. The linker routes this program's malloc() and free() through the functions
 /// below.
-#include "tests/web/endless_text.h"
-#include "tests/web/fake_network.h"
-#include "tests/web/web_call.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
@@ -14,6 +10,10 @@
 #include <new>
 #include <string>
 #include <vector>
+
+#include "tests/web/endless_text.h"
+#include "tests/web/fake_network.h"
+#include "tests/web/web_call.h"
 
 namespace {
 

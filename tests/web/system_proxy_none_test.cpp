@@ -1,14 +1,13 @@
 /// \file
 /// Systems whose network settings cannot be asked: there is never a proxy.
-#include "tests/support/c-utils/exact_buffer.h"
-#include "web/web.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <gtest/gtest.h>
 #include <string>
 
-#include <gtest/gtest.h>
+#include "tests/support/c-utils/exact_buffer.h"
+#include "web/web.h"
 
 TEST(SystemProxyNone, FindsNoProxyAndEmptiesWhatItWasGiven)
 {

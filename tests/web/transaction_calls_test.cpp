@@ -1,10 +1,10 @@
 /// \file
 /// What a transaction costs in calls of the system.
-#include "tests/web/fake_network.h"
-#include "tests/web/web_call.h"
-
 #include <gtest/gtest.h>
 #include <string>
+
+#include "tests/web/fake_network.h"
+#include "tests/web/web_call.h"
 
 namespace {
 

@@ -1,10 +1,6 @@
 /// \file
 /// Transactions in a process that has many descriptors open. Built twice: with the library as it
 /// is, and with _FORTIFY_SOURCE, where a write behind a descriptor set ends the process.
-#include "tests/harness/capture.h"
-#include "tests/harness/scripted_server.h"
-#include "tests/web/web_call.h"
-
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
@@ -15,6 +11,10 @@
 #include <string>
 #include <sys/resource.h>
 #include <unistd.h>
+
+#include "tests/harness/capture.h"
+#include "tests/harness/scripted_server.h"
+#include "tests/web/web_call.h"
 
 namespace {
 

@@ -1,11 +1,5 @@
 /// \file
 /// Thousands of transactions, of lost connections and of signals.
-#include "tests/harness/capture.h"
-#include "tests/harness/endurance.h"
-#include "tests/harness/scripted_server.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
 #include <atomic>
 #include <cerrno>
 #include <chrono>
@@ -21,6 +15,12 @@
 #include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
+
+#include "tests/harness/capture.h"
+#include "tests/harness/endurance.h"
+#include "tests/harness/scripted_server.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

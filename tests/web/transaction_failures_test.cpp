@@ -1,15 +1,15 @@
 // A transaction with every call failing in turn; see tests/failures.
-#include "tests/failures/failure_scenario.h"
-#include "tests/web/failing_exchange.h"
-#include "tests/web/fake_network.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
 #include <cerrno>
 #include <gtest/gtest.h>
 #include <netdb.h>
 #include <string>
 #include <vector>
+
+#include "tests/failures/failure_scenario.h"
+#include "tests/web/failing_exchange.h"
+#include "tests/web/fake_network.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

@@ -1,13 +1,6 @@
 /// \file
 /// What a caller sees of each fault at each place of a reply. The connections are real; the clock
 /// is the test's own, and signals end the waits, so that ten seconds of silence take none.
-#include "tests/harness/scripted_server.h"
-#include "tests/harness/set_clock.h"
-#include "tests/harness/valgrind.h"
-#include "tests/web/connected_signal_timer.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
 #include <atomic>
 #include <cerrno>
 #include <chrono>
@@ -19,6 +12,13 @@
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "tests/harness/scripted_server.h"
+#include "tests/harness/set_clock.h"
+#include "tests/harness/valgrind.h"
+#include "tests/web/connected_signal_timer.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

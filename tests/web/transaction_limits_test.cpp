@@ -1,11 +1,6 @@
 /// \file
 /// Replies and requests that are very large or very slow, clocks that are set in the middle of a
 /// wait, and thousands of transactions that fail.
-#include "tests/harness/endurance.h"
-#include "tests/web/fake_network.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
@@ -13,6 +8,11 @@
 #include <gtest/gtest.h>
 #include <netdb.h>
 #include <string>
+
+#include "tests/harness/endurance.h"
+#include "tests/web/fake_network.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

@@ -1,10 +1,6 @@
 /// \file
 /// Transactions with a server on the loopback interface: whole exchanges, servers that pause and
 /// trickle, and ports that refuse.
-#include "tests/harness/scripted_server.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <climits>
@@ -15,6 +11,10 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "tests/harness/scripted_server.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

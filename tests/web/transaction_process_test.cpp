@@ -1,11 +1,5 @@
 /// \file
 /// Transactions in a process with signals, cancel requests and idle callbacks.
-#include "tests/harness/scripted_server.h"
-#include "tests/harness/valgrind.h"
-#include "tests/web/connected_signal_timer.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
 #include <chrono>
 #include <csignal>
 #include <cstddef>
@@ -14,6 +8,12 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "tests/harness/scripted_server.h"
+#include "tests/harness/valgrind.h"
+#include "tests/web/connected_signal_timer.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

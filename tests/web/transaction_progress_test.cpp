@@ -1,13 +1,13 @@
 /// \file
 /// The progress callback: when it is called, and with which number.
-#include "tests/web/fake_network.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <vector>
+
+#include "tests/web/fake_network.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

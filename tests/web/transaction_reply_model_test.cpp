@@ -1,11 +1,6 @@
 /// \file
 /// Random replies, split by a transaction and by a plain model of where a reply's header ends and
 /// of what its body keeps.
-#include "tests/support/c-utils/exact_buffer.h"
-#include "tests/web/fake_network.h"
-#include "tests/web/reply_model.h"
-#include "web/web.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
@@ -13,6 +8,11 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/web/fake_network.h"
+#include "tests/web/reply_model.h"
+#include "web/web.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
 /// \file
 /// How the bytes of a reply become the header text and the body text.
-#include "tests/web/fake_network.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <deque>
 #include <string>
+
+#include "tests/web/fake_network.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

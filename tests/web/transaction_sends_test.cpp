@@ -1,9 +1,6 @@
 /// \file
 /// The pieces in which a request is sent, and sends that are cut short, interrupted or refused.
-#include "tests/web/fake_network.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
+/// Tests web/send_request.cpp and web/socket_sends_linux.cpp.
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
@@ -12,6 +9,10 @@
 #include <sys/socket.h>
 #include <utility>
 #include <vector>
+
+#include "tests/web/fake_network.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

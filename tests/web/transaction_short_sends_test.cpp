@@ -1,13 +1,13 @@
 // Real connections whose sends take one byte at a time, and whose calls are interrupted before each
 // that works.
+#include <cerrno>
+#include <gtest/gtest.h>
+#include <string>
+
 #include "tests/harness/failing_calls.h"
 #include "tests/harness/scripted_server.h"
 #include "tests/web/web_call.h"
 #include "web/web.h"
-
-#include <cerrno>
-#include <gtest/gtest.h>
-#include <string>
 
 namespace {
 

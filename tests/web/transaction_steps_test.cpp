@@ -1,15 +1,16 @@
 /// \file
 /// Which steps of a transaction the step callback is told, and when.
-#include "tests/web/fake_network.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
+/// Tests web/client_state.cpp.
 #include <cerrno>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <netdb.h>
 #include <stdexcept>
 #include <vector>
+
+#include "tests/web/fake_network.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

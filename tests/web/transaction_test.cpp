@@ -1,15 +1,16 @@
 /// \file
 /// What a transaction asks of the system and sends, and the failures before anything is received.
-#include "tests/web/fake_network.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
+/// Tests web/connection.cpp.
 #include <arpa/inet.h>
 #include <cerrno>
 #include <netdb.h>
 #include <string>
 #include <sys/socket.h>
 #include <vector>
+
+#include "tests/web/fake_network.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

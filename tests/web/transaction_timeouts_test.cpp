@@ -1,14 +1,14 @@
 /// \file
 /// The ten-second time-outs, in real time.
-#include "tests/harness/scripted_server.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
 #include <chrono>
 #include <cstddef>
 #include <gtest/gtest.h>
 #include <string>
 #include <utility>
+
+#include "tests/harness/scripted_server.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

@@ -1,16 +1,17 @@
 /// \file
 /// How a transaction waits: the length of each wait, time-outs, the idle callback, cancelling and
 /// the clock, with a clock that only the waits move.
-#include "tests/web/fake_network.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
+/// Tests web/wait.cpp.
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "tests/web/fake_network.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

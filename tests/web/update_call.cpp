@@ -1,12 +1,11 @@
 #include "tests/web/update_call.h"
 
+#include <cstddef>
+#include <gtest/gtest.h>
+
 #include "tests/support/c-utils/exact_buffer.h"
 #include "tests/web/web_call.h"
 #include "web/web.h"
-
-#include <cstddef>
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,14 +1,14 @@
 // The update query, and what it and the transaction are made of, with every call failing in turn;
 // see tests/failures.
-#include "tests/failures/failure_scenario.h"
-#include "tests/web/failing_exchange.h"
-#include "tests/web/update_call.h"
-#include "web/web.h"
-
 #include <cerrno>
 #include <cstring>
 #include <string>
 #include <vector>
+
+#include "tests/failures/failure_scenario.h"
+#include "tests/web/failing_exchange.h"
+#include "tests/web/update_call.h"
+#include "web/web.h"
 
 namespace {
 

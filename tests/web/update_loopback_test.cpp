@@ -1,19 +1,18 @@
 /// \file
 /// The update query through a server on the loopback interface that stands as its proxy.
-#include "tests/harness/scripted_server.h"
-#include "tests/web/update_call.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <gtest/gtest.h>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
+#include "tests/harness/scripted_server.h"
+#include "tests/web/update_call.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

@@ -1,16 +1,16 @@
 /// \file
 /// Random replies to the update query, read by the query and by a plain model of what it is to do.
-#include "tests/support/c-utils/exact_buffer.h"
-#include "tests/web/fake_network.h"
-#include "tests/web/update_call.h"
 #include "tests/web/update_model.h"
-#include "web/web.h"
 
 #include <cstddef>
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/web/fake_network.h"
+#include "tests/web/update_call.h"
+#include "web/web.h"
 
 namespace {
 

@@ -1,17 +1,15 @@
 /// \file
 /// What the update query reads from the body of a reply, and how it stores it.
-#include "web/update.h"
-
-#include "tests/web/fake_network.h"
-#include "tests/web/update_call.h"
-#include "web/web.h"
-
 #include <climits>
+#include <gtest/gtest.h>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
+#include "tests/web/fake_network.h"
+#include "tests/web/update_call.h"
+#include "web/update.h"
+#include "web/web.h"
 
 namespace {
 

@@ -2,21 +2,20 @@
 /// The update query's request, where it goes, and the exchanges that fail.
 #include "web/update.h"
 
-#include "tests/web/fake_network.h"
-#include "tests/web/update_call.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
 #include <arpa/inet.h>
 #include <cerrno>
 #include <cmath>
+#include <gtest/gtest.h>
 #include <limits>
 #include <netdb.h>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
+#include "tests/web/fake_network.h"
+#include "tests/web/update_call.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

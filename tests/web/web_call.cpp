@@ -1,10 +1,10 @@
 #include "tests/web/web_call.h"
 
-#include "web/web.h"
-
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
+
+#include "web/web.h"
 
 namespace {
 

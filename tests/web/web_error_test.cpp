@@ -1,13 +1,13 @@
 #include "web/web_error.h"
 
-#include "tests/harness/long_numbers.h"
-
 #include <cerrno>
 #include <cfloat>
 #include <climits>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
+
+#include "tests/harness/long_numbers.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include "support/c-utils/bell.h"
 
-#include "tests/harness/capture.h"
-
 #include <cstdio>
 #include <gtest/gtest.h>
 #include <string>
+
+#include "tests/harness/capture.h"
 
 namespace {
 

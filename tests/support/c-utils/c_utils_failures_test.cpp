@@ -1,9 +1,4 @@
 // Formatting, the machine and the clocks with every call failing in turn; see tests/failures.
-#include "support/c-utils.h"
-#include "support/error.h"
-#include "tests/failures/failure_scenario.h"
-#include "tests/web/fake_network.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
@@ -11,6 +6,11 @@
 #include <cstring>
 #include <string>
 #include <vector>
+
+#include "support/c-utils.h"
+#include "support/error.h"
+#include "tests/failures/failure_scenario.h"
+#include "tests/web/fake_network.h"
 
 namespace {
 

@@ -1,10 +1,11 @@
 // The date conversions against a walk through the calendar, one day after the other.
-#include "support/c-utils.h"
-
+// Tests support/c-utils/calendar_formulas.cpp.
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
 #include <ostream>
+
+#include "support/c-utils.h"
 
 namespace {
 

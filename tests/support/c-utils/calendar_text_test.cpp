@@ -1,11 +1,11 @@
-#include "support/c-utils.h"
-
 #include <cctype>
 #include <cstdint>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <limits>
 #include <string>
+
+#include "support/c-utils.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 #include "support/c-utils/copy.h"
 
-#include "tests/harness/capture.h"
-#include "tests/support/c-utils/exact_buffer.h"
-
 #include <climits>
 #include <cstddef>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
+
+#include "tests/harness/capture.h"
+#include "tests/support/c-utils/exact_buffer.h"
 
 namespace {
 

@@ -3,13 +3,13 @@
 /// reports look like on standard error.
 #pragma once
 
-#include "tests/harness/temporary_directory.h"
-
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
 #include <sys/stat.h>
+
+#include "tests/harness/temporary_directory.h"
 
 /// Writes a file. \return its path.
 inline std::string make_file(const std::string &path, const std::string &text = "text")

@@ -1,8 +1,3 @@
-#include "support/c-utils.h"
-#include "support/error.h"
-#include "tests/harness/capture.h"
-#include "tests/support/c-utils/file_test_tools.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <climits>
@@ -17,6 +12,11 @@
 #include <unistd.h>
 #include <utility>
 #include <vector>
+
+#include "support/c-utils.h"
+#include "support/error.h"
+#include "tests/harness/capture.h"
+#include "tests/support/c-utils/file_test_tools.h"
 
 namespace {
 

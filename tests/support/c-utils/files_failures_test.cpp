@@ -1,9 +1,4 @@
 // The file functions with every call failing in turn, on real files; see tests/failures.
-#include "support/c-utils.h"
-#include "support/error.h"
-#include "tests/failures/failure_scenario.h"
-#include "tests/support/c-utils/file_test_tools.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
@@ -13,6 +8,11 @@
 #include <string>
 #include <sys/stat.h>
 #include <vector>
+
+#include "support/c-utils.h"
+#include "support/error.h"
+#include "tests/failures/failure_scenario.h"
+#include "tests/support/c-utils/file_test_tools.h"
 
 namespace {
 

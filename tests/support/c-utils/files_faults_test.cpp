@@ -1,10 +1,4 @@
 // Each file call failing in turn, and the calls that are made at all.
-#include "support/c-utils.h"
-#include "support/error.h"
-#include "tests/harness/capture.h"
-#include "tests/support/c-utils/file_calls.h"
-#include "tests/support/c-utils/file_test_tools.h"
-
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -14,6 +8,12 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "support/c-utils.h"
+#include "support/error.h"
+#include "tests/harness/capture.h"
+#include "tests/support/c-utils/file_calls.h"
+#include "tests/support/c-utils/file_test_tools.h"
 
 namespace {
 

@@ -1,8 +1,4 @@
 // Testing, removing and naming.
-#include "support/c-utils.h"
-#include "tests/harness/capture.h"
-#include "tests/support/c-utils/file_test_tools.h"
-
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
@@ -15,6 +11,10 @@
 #if __has_include(<sys/sysmacros.h>) // makedev() is in <sys/types.h> elsewhere
 #include <sys/sysmacros.h>
 #endif
+
+#include "support/c-utils.h"
+#include "tests/harness/capture.h"
+#include "tests/support/c-utils/file_test_tools.h"
 
 namespace {
 

@@ -1,6 +1,3 @@
-#include "support/c-utils.h"
-#include "tests/support/c-utils/file_test_tools.h"
-
 #include <cstdint>
 #include <cstdio>
 #include <gtest/gtest.h>
@@ -9,6 +6,9 @@
 #include <type_traits>
 #include <unistd.h>
 #include <vector>
+
+#include "support/c-utils.h"
+#include "tests/support/c-utils/file_test_tools.h"
 
 namespace {
 

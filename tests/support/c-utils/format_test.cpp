@@ -1,9 +1,5 @@
 #include "support/c-utils/format.h"
 
-#include "support/error/allocation.h"
-#include "tests/harness/long_numbers.h"
-#include "tests/support/c-utils/exact_buffer.h"
-
 #include <cfloat>
 #include <climits>
 #include <cstdarg>
@@ -12,6 +8,10 @@
 #include <gtest/gtest.h>
 #include <new>
 #include <string>
+
+#include "support/error/allocation.h"
+#include "tests/harness/long_numbers.h"
+#include "tests/support/c-utils/exact_buffer.h"
 
 namespace {
 

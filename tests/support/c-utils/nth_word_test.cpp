@@ -1,11 +1,10 @@
-#include "support/c-utils/words.h"
-
-#include "tests/support/c-utils/exact_buffer.h"
-#include "tests/support/c-utils/text_models.h"
-
 #include <climits>
 #include <gtest/gtest.h>
 #include <string>
+
+#include "support/c-utils/words.h"
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/support/c-utils/text_models.h"
 
 namespace {
 

@@ -1,11 +1,12 @@
 #include "support/c-utils/numbers.h"
-#include "tests/support/c-utils/float_bits.h"
 
 #include <cfloat>
 #include <climits>
 #include <cmath>
 #include <cstdint>
 #include <gtest/gtest.h>
+
+#include "tests/support/c-utils/float_bits.h"
 
 // Floats are compared bit for bit. Constants in hexadecimal are single-precision patterns worked
 // out with exact rational arithmetic, rounded to the nearest even after each step.

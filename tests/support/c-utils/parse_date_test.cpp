@@ -1,8 +1,8 @@
-#include "support/c-utils.h"
-
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <string>
+
+#include "support/c-utils.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // The clocks and the sleep against the system's own clock.
-#include "support/c-utils.h"
-
 #include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <sys/time.h>
+
+#include "support/c-utils.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 #include "support/c-utils/replace.h"
 
-#include "tests/support/c-utils/exact_buffer.h"
-#include "tests/support/c-utils/text_models.h"
-
 #include <cstddef>
 #include <gtest/gtest.h>
 #include <string>
+
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/support/c-utils/text_models.h"
 
 namespace {
 

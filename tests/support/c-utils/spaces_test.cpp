@@ -1,10 +1,10 @@
 #include "support/c-utils/spaces.h"
 
-#include "tests/support/c-utils/exact_buffer.h"
-#include "tests/support/c-utils/text_models.h"
-
 #include <gtest/gtest.h>
 #include <string>
+
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/support/c-utils/text_models.h"
 
 namespace {
 

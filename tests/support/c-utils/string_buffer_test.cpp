@@ -1,8 +1,5 @@
 #include "support/c-utils/string_buffer.h"
 
-#include "tests/harness/long_numbers.h"
-#include "tests/support/c-utils/exact_buffer.h"
-
 #include <cfloat>
 #include <climits>
 #include <cstddef>
@@ -11,6 +8,9 @@
 #include <gtest/gtest.h>
 #include <new>
 #include <string>
+
+#include "tests/harness/long_numbers.h"
+#include "tests/support/c-utils/exact_buffer.h"
 
 namespace {
 

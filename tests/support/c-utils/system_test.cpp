@@ -1,7 +1,4 @@
-#include "support/c-utils.h"
-#include "support/error.h"
-#include "tests/harness/capture.h"
-
+// Tests support/c-utils/system_version_none.cpp.
 #include <climits>
 #include <csignal>
 #include <cstdlib>
@@ -14,6 +11,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
+
+#include "support/c-utils.h"
+#include "support/error.h"
+#include "tests/harness/capture.h"
 
 namespace {
 

@@ -1,9 +1,5 @@
 // Today's date under a clock of the tests' own: this program's time() and gettimeofday() stand in
 // for the system's. Time zones are set in child processes.
-#include "support/c-utils.h"
-#include "tests/harness/capture.h"
-#include "tests/harness/set_clock.h"
-
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -11,6 +7,10 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <string>
+
+#include "support/c-utils.h"
+#include "tests/harness/capture.h"
+#include "tests/harness/set_clock.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 #include "support/c-utils/url_encode.h"
 
+#include <gtest/gtest.h>
+#include <string>
+
 #include "tests/support/c-utils/exact_buffer.h"
 #include "tests/support/c-utils/test_locale.h"
 #include "tests/support/c-utils/text_models.h"
-
-#include <gtest/gtest.h>
-#include <string>
 
 namespace {
 

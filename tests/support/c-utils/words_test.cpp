@@ -1,12 +1,12 @@
 #include "support/c-utils/words.h"
 
-#include "tests/support/c-utils/exact_buffer.h"
-#include "tests/support/c-utils/text_models.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <gtest/gtest.h>
 #include <string>
+
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/support/c-utils/text_models.h"
 
 namespace {
 

@@ -2,11 +2,11 @@
 /// A second, plain account of wrapping.
 #pragma once
 
-#include "tests/support/c-utils/text_models.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <string>
+
+#include "tests/support/c-utils/text_models.h"
 
 struct Layout {
     int width;

@@ -1,13 +1,13 @@
 #include "support/c-utils/wrap.h"
 
-#include "tests/support/c-utils/exact_buffer.h"
-#include "tests/support/c-utils/wrap_model.h"
-
 #include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <gtest/gtest.h>
 #include <string>
+
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/support/c-utils/wrap_model.h"
 
 namespace {
 

@@ -1,9 +1,5 @@
 // The linker routes the facility's calls of record_timestamped_line() through this program, so that
 // the text of a failed assertion, which goes nowhere else, can be seen.
-#include "support/error.h"
-#include "tests/harness/capture.h"
-#include "tests/support/error/facility_test.h"
-
 #include <climits>
 #include <csignal>
 #include <cstddef>
@@ -13,6 +9,10 @@
 #include <type_traits>
 #include <unistd.h>
 #include <vector>
+
+#include "support/error.h"
+#include "tests/harness/capture.h"
+#include "tests/support/error/facility_test.h"
 
 namespace {
 

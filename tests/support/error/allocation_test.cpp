@@ -1,8 +1,5 @@
 // The linker routes the calls of malloc() and realloc() in this program's objects through the two
 // functions below, so that sizes can be seen and single requests be refused.
-#include "support/error.h"
-#include "tests/harness/capture.h"
-
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
@@ -11,6 +8,9 @@
 #include <new>
 #include <string>
 #include <typeinfo>
+
+#include "support/error.h"
+#include "tests/harness/capture.h"
 
 namespace {
 

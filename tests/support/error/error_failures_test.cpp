@@ -1,10 +1,10 @@
 // The messages and the allocation with every call failing in turn; see tests/failures.
-#include "support/error.h"
-#include "tests/failures/failure_scenario.h"
-
 #include <cstdio>
 #include <string>
 #include <vector>
+
+#include "support/error.h"
+#include "tests/failures/failure_scenario.h"
 
 namespace {
 

@@ -2,10 +2,10 @@
 /// What the tests of the message facility share.
 #pragma once
 
-#include "support/error.h"
-
 #include <gtest/gtest.h>
 #include <string>
+
+#include "support/error.h"
 
 /// Starts and leaves every test with the default hooks, no indent and messages on standard error.
 class FacilityTest : public testing::Test {

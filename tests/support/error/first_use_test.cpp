@@ -1,11 +1,11 @@
 // The state before anything was set or printed. The tests of this program use the facility in
 // child processes only, so that each of them finds it untouched.
-#include "support/error.h"
-#include "tests/harness/capture.h"
-
 #include <cstdio>
 #include <cstdlib>
 #include <gtest/gtest.h>
+
+#include "support/error.h"
+#include "tests/harness/capture.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
 // Counts every heap allocation of the process, those inside the system's library included: with
 // this program's own malloc(), calloc() and realloc(), or by the hooks of AddressSanitizer, which
 // does not let its allocator be replaced.
-#include "support/error.h"
-#include "tests/harness/capture.h"
-#include "tests/support/error/facility_test.h"
-
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+
+#include "support/error.h"
+#include "tests/harness/capture.h"
+#include "tests/support/error/facility_test.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define HEAP_TEST_UNDER_ASAN 1

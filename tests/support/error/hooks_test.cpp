@@ -1,11 +1,11 @@
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
 #include "support/error.h"
 #include "tests/harness/capture.h"
 #include "tests/support/error/facility_test.h"
 #include "tests/support/error/message_lines.h"
-
-#include <cstdio>
-#include <cstdlib>
-#include <string>
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include "support/error.h"
-#include "tests/support/error/facility_test.h"
-#include "tests/support/error/message_lines.h"
-
 #include <climits>
 #include <cstring>
 #include <string>
 #include <vector>
+
+#include "support/error.h"
+#include "tests/support/error/facility_test.h"
+#include "tests/support/error/message_lines.h"
 
 namespace {
 

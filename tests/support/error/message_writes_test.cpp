@@ -1,12 +1,12 @@
 /// \file
 /// How often a message writes. Linux only: a packet pipe keeps the writes apart.
-#include "support/error.h"
-
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <string>
 #include <unistd.h>
 #include <vector>
+
+#include "support/error.h"
 
 namespace {
 

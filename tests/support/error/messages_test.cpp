@@ -1,13 +1,13 @@
-#include "support/error.h"
-#include "tests/harness/capture.h"
-#include "tests/support/error/facility_test.h"
-
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <sys/mman.h>
 #include <vector>
+
+#include "support/error.h"
+#include "tests/harness/capture.h"
+#include "tests/support/error/facility_test.h"
 
 namespace {
 

@@ -1,15 +1,15 @@
 // The time-stamp recorder under a clock of the tests' own: this program's time() and gettimeofday()
 // stand in for the system's.
+#include <cstdlib>
+#include <ctime>
+#include <limits>
+#include <string>
+
 #include "support/error.h"
 #include "support/error/internal.h"
 #include "tests/harness/capture.h"
 #include "tests/harness/set_clock.h"
 #include "tests/support/error/facility_test.h"
-
-#include <cstdlib>
-#include <ctime>
-#include <limits>
-#include <string>
 
 namespace {
 

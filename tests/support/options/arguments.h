@@ -2,14 +2,14 @@
 /// What the tests of the option parser share: a clean start of the state and what a scan gives.
 #pragma once
 
-#include "support/options.h"
-#include "tests/harness/capture.h"
-#include "tests/support/options/argument_vector.h"
-
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "support/options.h"
+#include "tests/harness/capture.h"
+#include "tests/support/options/argument_vector.h"
 
 /// Starts every test with the initial values and with no word from the environment on the mode.
 class OptionsTest : public testing::Test {

@@ -1,12 +1,12 @@
 // Scans that a call could only repeat for ever: they end after that call.
 
-#include "support/options.h"
-#include "tests/support/options/arguments.h"
-
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "support/options.h"
+#include "tests/support/options/arguments.h"
 
 namespace {
 

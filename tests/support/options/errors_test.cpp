@@ -1,11 +1,12 @@
 // Calls that cannot be served, and what is said about options that cannot be used.
-
-#include "support/options.h"
-#include "tests/support/options/arguments.h"
+// Tests support/options/diagnostics.cpp.
 
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "support/options.h"
+#include "tests/support/options/arguments.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // Long options behind a single dash or a plus sign.
 
-#include "support/options.h"
-#include "tests/support/options/arguments.h"
-
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "support/options.h"
+#include "tests/support/options/arguments.h"
 
 namespace {
 

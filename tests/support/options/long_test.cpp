@@ -1,12 +1,13 @@
 // Long options: matching, arguments, abbreviations, and the fall back to short options.
-
-#include "support/options.h"
-#include "tests/support/options/arguments.h"
+// Tests support/options/long_names.cpp.
 
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "support/options.h"
+#include "tests/support/options/arguments.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
-#include "tests/support/options/model.h"
-
 #include <cstddef>
 #include <string>
+
+#include "tests/support/options/model.h"
 
 namespace {
 

@@ -1,12 +1,13 @@
 // The three ways of treating operands, and the end of the options.
-
-#include "support/options.h"
-#include "tests/support/options/arguments.h"
+// Tests support/options/operands.cpp.
 
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "support/options.h"
+#include "tests/support/options/arguments.h"
 
 namespace {
 

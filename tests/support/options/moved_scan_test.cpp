@@ -1,10 +1,10 @@
 // Programs that set the scan's variables themselves between two calls.
 
-#include "support/options.h"
-#include "tests/support/options/arguments.h"
-
 #include <climits>
 #include <gtest/gtest.h>
+
+#include "support/options.h"
+#include "tests/support/options/arguments.h"
 
 namespace {
 

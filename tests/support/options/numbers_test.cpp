@@ -1,12 +1,13 @@
 // Elements that read as a number are operands: `%f%s` converts exactly one item of them.
-
-#include "support/options.h"
-#include "tests/support/options/arguments.h"
-#include "tests/support/options/model.h"
+// Tests support/options/number_text.cpp.
 
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "support/options.h"
+#include "tests/support/options/arguments.h"
+#include "tests/support/options/model.h"
 
 namespace {
 

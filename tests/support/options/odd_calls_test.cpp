@@ -1,12 +1,12 @@
 // Calls that no ordinary program makes: counts below zero, a scan begun elsewhere than at 0,
 // records and option characters that mean something else.
-#include "support/options.h"
-#include "tests/support/options/arguments.h"
-
 #include <climits>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "support/options.h"
+#include "tests/support/options/arguments.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // The option parser's diagnostics with every call failing in turn; see tests/failures.
-#include "support/options.h"
-#include "tests/failures/failure_scenario.h"
-
 #include <string>
 #include <vector>
+
+#include "support/options.h"
+#include "tests/failures/failure_scenario.h"
 
 namespace {
 

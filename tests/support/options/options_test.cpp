@@ -1,13 +1,14 @@
 // The parser's state, short options and their arguments.
 
 #include "support/options.h"
-#include "tests/support/options/arguments.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "tests/support/options/arguments.h"
 
 namespace {
 

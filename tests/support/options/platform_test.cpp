@@ -3,10 +3,6 @@
 // optional long argument left out, clusters only where no operand was skipped before them, and an
 // exact name in the table before the names that it abbreviates.
 
-#include "support/options.h"
-#include "tests/harness/valgrind.h"
-#include "tests/support/options/arguments.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <getopt.h>
@@ -15,6 +11,10 @@
 #include <random>
 #include <string>
 #include <vector>
+
+#include "support/options.h"
+#include "tests/harness/valgrind.h"
+#include "tests/support/options/arguments.h"
 
 #if defined(__GLIBC__)
 

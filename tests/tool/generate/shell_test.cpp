@@ -1,8 +1,8 @@
 /// \file
 /// What the completions have in common.
-#include <gtest/gtest.h>
-
 #include "tool/generate/shell.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
