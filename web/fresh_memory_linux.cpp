@@ -1,7 +1,7 @@
+#include "web/fresh_memory.h"
+
 #include <memory>
 #include <sys/mman.h>
-
-#include "web/fresh_memory.h"
 
 namespace corvella {
 namespace {

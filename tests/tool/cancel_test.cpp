@@ -1,4 +1,4 @@
-// Tests tool/exchange.cpp.
+// Tests tool/exchange.cpp and tool/stop_signals.cpp.
 #include <chrono>
 #include <csignal>
 #include <fstream>

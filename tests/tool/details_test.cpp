@@ -1,6 +1,6 @@
 /// \file
 /// -verbose and -quiet: how much is said beside the result.
-/// Tests tool/timing.cpp.
+/// Tests tool/timing.cpp and tool/shown_body.cpp.
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <map>

@@ -1,5 +1,6 @@
 /// \file
 /// get and post with replies of which only a part comes.
+/// Tests tool/reply_check.cpp.
 #include <cerrno>
 #include <cstring>
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 /// \file
 /// What post sends: form fields that fit, and files.
+/// Tests tool/request_body.cpp.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>

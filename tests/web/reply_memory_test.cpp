@@ -1,5 +1,6 @@
 /// \file
 /// What a large reply costs in memory, measured in a process that does nothing else.
+/// Tests web/fresh_memory_linux.cpp and web/fresh_memory_none.cpp.
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>

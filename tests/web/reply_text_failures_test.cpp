@@ -1,13 +1,13 @@
 // A long text of a reply with every call failing in turn; see tests/failures.
-#include "tests/failures/failure_scenario.h"
-#include "tests/web/failing_exchange.h"
-#include "web/reply_text.h"
-
 #include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "tests/failures/failure_scenario.h"
+#include "tests/web/failing_exchange.h"
+#include "web/reply_text.h"
 
 namespace {
 

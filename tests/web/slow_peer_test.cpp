@@ -1,14 +1,15 @@
 /// \file
 /// Peers that take a request slowly, or stop taking it: how long they are waited for, and what the
 /// callbacks see of it. The network and its clock are replaced.
-#include "tests/web/fake_network.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
+/// Tests web/request_progress.cpp.
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "tests/web/fake_network.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // The calendar against its 64-bit model where 32 bits end, at powers of two and at random.
-#include "support/c-utils.h"
-#include "tests/support/c-utils/calendar_model.h"
-
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <random>
 #include <vector>
+
+#include "support/c-utils.h"
+#include "tests/support/c-utils/calendar_model.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // The calendar against its 64-bit model for every 32-bit day number and every 32-bit year.
-#include "support/c-utils.h"
-#include "tests/support/c-utils/calendar_model.h"
-
 #include <cstdint>
 #include <cstdio>
 #include <gtest/gtest.h>
+
+#include "support/c-utils.h"
+#include "tests/support/c-utils/calendar_model.h"
 
 namespace {
 

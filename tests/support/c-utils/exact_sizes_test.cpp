@@ -1,13 +1,13 @@
 // The linker routes malloc() and realloc() of this program's objects through the functions below,
 // which note the sizes.
-#include "support/c-utils.h"
-#include "support/error.h"
-
 #include <cstddef>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "support/c-utils.h"
+#include "support/error.h"
 
 namespace {
 

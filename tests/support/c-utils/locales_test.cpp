@@ -1,16 +1,16 @@
 // Each function on each byte in locales that have letters, capitals and white space above 0x7F. The
 // expectation is the platform's class of the unsigned byte; byte 0xFF is the one at which a signed
 // character would be the end of a file instead.
-#include "support/c-utils.h"
-#include "support/options.h"
-#include "tests/support/c-utils/test_locale.h"
-
 #include <cctype>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
+
+#include "support/c-utils.h"
+#include "support/options.h"
+#include "tests/support/c-utils/test_locale.h"
 
 using namespace std::string_literals;
 

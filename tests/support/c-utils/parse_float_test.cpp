@@ -1,9 +1,5 @@
 #include "support/c-utils/parse_float.h"
 
-#include "tests/support/c-utils/exact_buffer.h"
-#include "tests/support/c-utils/parse_float_model.h"
-#include "tests/support/c-utils/test_locale.h"
-
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -12,6 +8,10 @@
 #include <optional>
 #include <ostream>
 #include <string>
+
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/support/c-utils/parse_float_model.h"
+#include "tests/support/c-utils/test_locale.h"
 
 namespace {
 

@@ -1,11 +1,5 @@
 #include "support/c-utils/transform.h"
 
-#include "support/c-utils/format.h"
-#include "support/error/allocation.h"
-#include "tests/support/c-utils/exact_buffer.h"
-#include "tests/support/c-utils/test_locale.h"
-#include "tests/support/c-utils/text_models.h"
-
 #include <cstddef>
 #include <functional>
 #include <gtest/gtest.h>
@@ -13,6 +7,12 @@
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include "support/c-utils/format.h"
+#include "support/error/allocation.h"
+#include "tests/support/c-utils/exact_buffer.h"
+#include "tests/support/c-utils/test_locale.h"
+#include "tests/support/c-utils/text_models.h"
 
 namespace {
 

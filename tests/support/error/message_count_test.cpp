@@ -1,10 +1,10 @@
 // The counter of messages where it passes 15, 16, 31 and 32 bits. Its source is part of this file,
 // so that the test can set the counter.
-#include "support/error/messages.cpp" // NOLINT(bugprone-suspicious-include)
-#include "tests/harness/capture.h"
-
 #include <cstdint>
 #include <gtest/gtest.h>
+
+#include "support/error/messages.cpp" // NOLINT(bugprone-suspicious-include)
+#include "tests/harness/capture.h"
 
 namespace {
 

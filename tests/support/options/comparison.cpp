@@ -1,9 +1,5 @@
 #include "tests/support/options/comparison.h"
 
-#include "support/options.h"
-#include "tests/harness/quoted.h"
-#include "tests/support/options/argument_vector.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -12,6 +8,10 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "support/options.h"
+#include "tests/harness/quoted.h"
+#include "tests/support/options/argument_vector.h"
 
 namespace {
 

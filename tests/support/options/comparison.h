@@ -2,12 +2,12 @@
 /// The option parser and its model in the same scan.
 #pragma once
 
-#include "tests/support/options/model.h"
-
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "tests/support/options/model.h"
 
 using Texts = std::vector<std::string>;
 

@@ -1,11 +1,5 @@
 // The parser against its model, over random argument vectors, tables and short options.
 
-#include "tests/harness/capture.h"
-#include "tests/harness/valgrind.h"
-#include "tests/support/options/arguments.h"
-#include "tests/support/options/comparison.h"
-#include "tests/support/options/model.h"
-
 #include <climits>
 #include <cstddef>
 #include <cstdio>
@@ -14,6 +8,12 @@
 #include <random>
 #include <string>
 #include <vector>
+
+#include "tests/harness/capture.h"
+#include "tests/harness/valgrind.h"
+#include "tests/support/options/arguments.h"
+#include "tests/support/options/comparison.h"
+#include "tests/support/options/model.h"
 
 namespace {
 
