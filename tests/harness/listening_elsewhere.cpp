@@ -1,9 +1,9 @@
 // Without /proc: whether a connection is accepted, by whichever process.
-#include "tests/harness/listening.h"
-
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include "tests/harness/listening.h"
 
 bool listens(pid_t, std::uint16_t port)
 {

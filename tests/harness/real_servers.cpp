@@ -1,7 +1,5 @@
 #include "tests/harness/real_servers.h"
 
-#include "tests/harness/listening.h"
-
 #include <array>
 #include <chrono>
 #include <csignal>
@@ -15,6 +13,8 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "tests/harness/listening.h"
 
 namespace {
 

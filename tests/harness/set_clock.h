@@ -3,10 +3,10 @@
 /// replaced. Include it in one source of a program only.
 #pragma once
 
-#include "tests/harness/libc_noexcept.h"
-
 #include <ctime>
 #include <sys/time.h>
+
+#include "tests/harness/libc_noexcept.h"
 
 /// What the clock says, and the microseconds beside it.
 inline std::time_t clock_now = 1'000'000'000;

@@ -1,6 +1,6 @@
-#include "tests/harness/write_stream.h"
-
 #include <sys/types.h>
+
+#include "tests/harness/write_stream.h"
 
 namespace {
 

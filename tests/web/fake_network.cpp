@@ -1,9 +1,5 @@
 #include "tests/web/fake_network.h"
 
-#include "tests/harness/libc_noexcept.h"
-#include "tests/web/web_call.h"
-#include "web/web.h"
-
 #include <algorithm>
 #include <arpa/inet.h>
 #include <cerrno>
@@ -16,6 +12,10 @@
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <utility>
+
+#include "tests/harness/libc_noexcept.h"
+#include "tests/web/web_call.h"
+#include "web/web.h"
 
 FakeNetwork network;
 

@@ -1,8 +1,5 @@
 // The clocks and the sleep under a clock of the tests' own: this program's gettimeofday() and
 // nanosleep() stand in for the system's.
-#include "support/c-utils.h"
-#include "tests/harness/libc_noexcept.h"
-
 #include <cerrno>
 #include <cmath>
 #include <cstdint>
@@ -11,6 +8,9 @@
 #include <limits>
 #include <sys/time.h>
 #include <time.h> // NOLINT(modernize-deprecated-headers): nanosleep() is POSIX, not C++
+
+#include "support/c-utils.h"
+#include "tests/harness/libc_noexcept.h"
 
 namespace {
 

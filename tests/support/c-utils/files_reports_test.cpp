@@ -1,10 +1,4 @@
 // What the file functions say when something fails, byte for byte.
-#include "support/c-utils.h"
-#include "support/error.h"
-#include "tests/harness/capture.h"
-#include "tests/harness/full_device.h"
-#include "tests/support/c-utils/file_test_tools.h"
-
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -12,6 +6,12 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "support/c-utils.h"
+#include "support/error.h"
+#include "tests/harness/capture.h"
+#include "tests/harness/full_device.h"
+#include "tests/support/c-utils/file_test_tools.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // The host name from this program's own gethostname(), which stands in for the system's.
-#include "support/c-utils.h"
-#include "tests/harness/libc_noexcept.h"
-
 #include <cerrno>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
 #include <unistd.h>
+
+#include "support/c-utils.h"
+#include "tests/harness/libc_noexcept.h"
 
 namespace {
 

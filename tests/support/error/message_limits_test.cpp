@@ -1,10 +1,4 @@
 // Where over-long messages are cut, and what happens when they cannot be written.
-#include "support/error.h"
-#include "tests/harness/capture.h"
-#include "tests/harness/full_device.h"
-#include "tests/harness/long_numbers.h"
-#include "tests/support/error/facility_test.h"
-
 #include <cfloat>
 #include <csignal>
 #include <cstdio>
@@ -12,6 +6,12 @@
 #include <fcntl.h>
 #include <string>
 #include <unistd.h>
+
+#include "support/error.h"
+#include "tests/harness/capture.h"
+#include "tests/harness/full_device.h"
+#include "tests/harness/long_numbers.h"
+#include "tests/support/error/facility_test.h"
 
 namespace {
 

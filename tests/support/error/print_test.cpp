@@ -1,10 +1,3 @@
-#include "support/error.h"
-#include "tests/harness/capture.h"
-#include "tests/harness/full_device.h"
-#include "tests/harness/long_numbers.h"
-#include "tests/harness/write_stream.h"
-#include "tests/support/error/facility_test.h"
-
 #include <cfloat>
 #include <climits>
 #include <cstdio>
@@ -14,6 +7,13 @@
 #include <sys/types.h>
 #include <unistd.h>
 #include <vector>
+
+#include "support/error.h"
+#include "tests/harness/capture.h"
+#include "tests/harness/full_device.h"
+#include "tests/harness/long_numbers.h"
+#include "tests/harness/write_stream.h"
+#include "tests/support/error/facility_test.h"
 
 namespace {
 
