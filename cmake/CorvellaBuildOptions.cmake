@@ -1,10 +1,10 @@
 # How every target of this project is compiled. Linked privately, never installed.
 include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
-include(cmake/CorvellaExports.cmake)
 
-# 32-bit x86: floats in SSE registers, so that single precision rounds at every step, and
-# files of 2 GiB and more. Asked of the compiler, because -m32 may come from CMAKE_CXX_FLAGS.
+# 32-bit x86: floats in SSE registers, so that single precision rounds at every step, files of 2 GiB
+# and more, and times after 2038 where the C library has them: glibc from 2.34 on, others ignore
+# _TIME_BITS. Asked of the compiler, because -m32 may come from CMAKE_CXX_FLAGS.
 check_cxx_source_compiles("
 #if !defined(__i386__)
 #error not 32-bit x86
@@ -28,7 +28,7 @@ if(CORVELLA_INSTALL AND NOT CORVELLA_DEVELOPING)
 endif()
 if(CORVELLA_TARGET_IS_I386)
   target_compile_options(corvella_build_options INTERFACE -msse2 -mfpmath=sse)
-  target_compile_definitions(corvella_build_options INTERFACE _FILE_OFFSET_BITS=64)
+  target_compile_definitions(corvella_build_options INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
 endif()
 
 include(cmake/CorvellaHardening.cmake)
@@ -52,8 +52,8 @@ function(corvella_find_libraries_from target directory)
   set_target_properties(${target} PROPERTIES INSTALL_RPATH "${origin}/${way}")
 endfunction()
 
-# One library of the layer: its sources and name are all that differs. Shared, it offers what its
-# folder's exported-symbols.txt lists.
+# One library of the layer: its sources and name are all that differs. Shared, it exports what its
+# public headers mark as visible.
 #   corvella_library(support SOURCES a.cpp ...)
 function(corvella_library name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES")
@@ -65,6 +65,8 @@ function(corvella_library name)
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
     CXX_EXTENSIONS OFF
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
     POSITION_INDEPENDENT_CODE ON)
   target_compile_features(${target} PUBLIC cxx_std_17)
   target_include_directories(${target} PUBLIC
@@ -74,7 +76,6 @@ function(corvella_library name)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:corvella_build_options>
     $<BUILD_INTERFACE:corvella_hardening>)
   if(BUILD_SHARED_LIBS)
-    corvella_export_only(${target} ${CMAKE_CURRENT_SOURCE_DIR}/exported-symbols.txt)
     corvella_find_libraries_from(${target} ${CMAKE_INSTALL_LIBDIR})
   endif()
 endfunction()

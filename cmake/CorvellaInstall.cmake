@@ -22,26 +22,26 @@ function(corvella_install_files directory)
   install(FILES ${ARGN} DESTINATION ${directory} COMPONENT corvella_development)
 endfunction()
 
-# Only what the face headers include is installed; the rest is internal.
-set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/corvella)
-corvella_install_files(${include_dir}/support
-  support/error.h support/c-utils.h support/options.h
-  ${CMAKE_CURRENT_BINARY_DIR}/include/support/version.h)
-foreach(header abort allocation hooks messages print recorder)
-  corvella_install_files(${include_dir}/support/error support/error/${header}.h)
-endforeach()
-foreach(header
-    bell calendar clock copy files format numbers parse_float replace spaces string_buffer system
-    transform url_encode words wrap)
-  corvella_install_files(${include_dir}/support/c-utils support/c-utils/${header}.h)
-endforeach()
-foreach(header
-    web base64 form proxy reply_header reply_status request result transaction update web_error)
-  corvella_install_files(${include_dir}/web web/${header}.h)
-endforeach()
+# Installs a face header and the headers that it includes; the others are internal.
+function(corvella_install_face face)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${face})
+  file(STRINGS ${face} headers REGEX "^#include \"")
+  list(TRANSFORM headers REPLACE "^#include \"(.*)\"$" "\\1")
+  foreach(header ${face} ${headers})
+    get_filename_component(directory ${header} DIRECTORY)
+    corvella_install_files(${CMAKE_INSTALL_INCLUDEDIR}/corvella/${directory} ${header})
+  endforeach()
+endfunction()
+
+corvella_install_face(support/error.h)
+corvella_install_face(support/c-utils.h)
+corvella_install_face(support/options.h)
+corvella_install_face(web/web.h)
 if(TARGET corvella_platform)
-  corvella_install_files(${include_dir}/platform platform/platform.h)
+  corvella_install_face(platform/platform.h)
 endif()
+corvella_install_files(${CMAKE_INSTALL_INCLUDEDIR}/corvella/support
+  ${CMAKE_CURRENT_BINARY_DIR}/include/support/version.h)
 
 install(EXPORT corvella-targets NAMESPACE corvella:: DESTINATION ${package_dir}
   COMPONENT corvella_development)

@@ -11,6 +11,8 @@
 
 #include <CoreServices/CoreServices.h>
 
+#pragma GCC visibility push(default)
+
 /// Opens the URL in exactly \p length bytes of text.
 /// \return the status of Launch Services, 0 for success; -30773 when the text makes no URL or
 /// \p length is negative.
@@ -50,3 +52,5 @@ char *host_bundle_path(char *buffer, int size);
 /// when it does not fit. The buffer is left alone when the bundle is not loaded or has no such
 /// resource. \return 0 in every case.
 int host_bundle_resource_path(const char *name, char *buffer, int size);
+
+#pragma GCC visibility pop

@@ -26,6 +26,8 @@
 
 #include <cstdint>
 
+#pragma GCC visibility push(default)
+
 /// A long option. A table of them ends with a record whose name is null.
 struct long_option {
     const char *name;          ///< without dashes
@@ -92,3 +94,5 @@ int get_long_options_only(int count, char **vector, const char *short_options,
 /// each time, and a loop until -1 does not end.
 int parse_options(int count, char **vector, const char *short_options,
                   const long_option *long_options, int *index, int long_only);
+
+#pragma GCC visibility pop

@@ -14,6 +14,8 @@
 
 #include <string>
 
+#pragma GCC visibility push(default)
+
 /// One field of a form; the texts belong to the caller.
 struct FormField {
     const char *name;  ///< not escaped; not null
@@ -38,3 +40,5 @@ char *form_escape(char *destination, const char *source);
 /// above \p limit - 3. A \p limit below 1 gives "". The destination needs up to 3 * \p limit + 2
 /// bytes, because spaces count 1; 1 byte for a limit below 1. \return \p destination.
 char *form_escape_bounded(char *destination, const char *source, int limit);
+
+#pragma GCC visibility pop

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#pragma GCC visibility push(default)
+
 /// The proxy and its credentials. All zero is a direct connection; whoever hands the record to a
 /// request passes an empty text as null.
 struct ProxySettings {
@@ -33,3 +35,5 @@ bool system_http_proxy(char *host_buffer, std::size_t buffer_size, std::int32_t 
 /// not to be used.
 int fill_proxy_settings(ProxySettings *settings, const char *proxy_option, const char *user_option,
                         const char *password_option);
+
+#pragma GCC visibility pop

@@ -2,6 +2,8 @@
 /// The header lines of a reply (RFC 1945 section 4.2), and the length that they announce.
 #pragma once
 
+#pragma GCC visibility push(default)
+
 /// Finds a header line and copies its value.
 ///
 /// Reads the lines after the first one, which is the status line. A line ends at its line feed or
@@ -30,3 +32,5 @@ const char *find_reply_header(const char *header, const char *name, char *buffer
 /// \return 0 if the reply is complete, otherwise -1 with the reason in web_last_error().
 /// \throws std::bad_alloc when memory for the reason is exhausted.
 int check_reply_complete(const char *header, const char *body);
+
+#pragma GCC visibility pop

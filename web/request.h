@@ -7,6 +7,8 @@
 
 #include "web/form.h"
 
+#pragma GCC visibility push(default)
+
 /// Posts (or gets) a form: clears the last error text, splits \p url, builds the form's body and
 /// runs web_transaction() with it.
 ///
@@ -41,3 +43,5 @@ int web_request(const char *url, const char *method, int field_count, const Form
 int web_post(const char *url, const char *content_type, std::string_view body, char **header_out,
              char **body_out, const char *proxy_host, std::uint16_t proxy_port, const char *user,
              const char *password);
+
+#pragma GCC visibility pop

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <string_view>
 
+#pragma GCC visibility push(default)
+
 /// Called while a transaction waits, with the argument that was registered.
 using WebIdleCallback = void (*)(void *argument);
 
@@ -105,3 +107,5 @@ int web_transaction(const char *scheme, const char *host, const char *target, st
                     const char *method, const char *extra_headers, std::string_view body,
                     char **header_out, char **body_out, const char *proxy_host,
                     std::uint16_t proxy_port, const char *user, const char *password);
+
+#pragma GCC visibility pop

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#pragma GCC visibility push(default)
+
 /// Asks the maker's web service whether there is a newer version of a product: posts the eight
 /// fields to "/version-update.php", checks the reply's status and reads the lines "Name: value" of
 /// its body. A value begins two characters behind the colon, deliberately whatever the one between
@@ -29,3 +31,5 @@ int query_product_update(const char *product, const char *productline, float ver
                          char *message_out, char *version_out, char *url_out, char *button_out,
                          const char *proxy_host, std::uint16_t proxy_port, const char *user,
                          const char *password);
+
+#pragma GCC visibility pop

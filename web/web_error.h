@@ -2,6 +2,8 @@
 /// The text of the web client's last failure.
 #pragma once
 
+#pragma GCC visibility push(default)
+
 /// Replaces the last error text by printf-style text, which may quote web_last_error() itself.
 /// \throws std::bad_alloc when memory is exhausted; the earlier text is kept then.
 [[gnu::format(printf, 1, 2)]] void set_web_error(const char *format, ...);
@@ -14,3 +16,5 @@ const char *web_last_error();
 /// is read once, and first.
 /// \return a fixed buffer that the next call overwrites.
 const char *system_error_text();
+
+#pragma GCC visibility pop

@@ -9,6 +9,8 @@
 
 #include <cstdint>
 
+#pragma GCC visibility push(default)
+
 /// "???", "jan", "feb", ... "dec", indexed by month number from 1 on.
 extern const char *const month_names[13];
 
@@ -45,3 +47,5 @@ std::int32_t today_day_number();
 /// \return the number of characters read, with the day number in \p day_number; -1, with
 /// \p day_number untouched, for any other text.
 int parse_date(const char *text, std::int32_t *day_number);
+
+#pragma GCC visibility pop

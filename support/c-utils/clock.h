@@ -1,10 +1,13 @@
 /// \file
 /// Two wall-clock scales, a start mark, and sleep. The clock is gettimeofday (POSIX): whoever sets
 /// the system's time moves it. A look at it that the system refuses reads 1970-01-01 00:00:00 UTC,
-/// and nothing else tells of that.
+/// and nothing else tells of that. On 32-bit systems whose time has 32 bits, such as Mac OS X and
+/// Linux with glibc before 2.34, the clock ends on 2038-01-19.
 #pragma once
 
 #include <cstdint>
+
+#pragma GCC visibility push(default)
 
 /// Unix time of 1997-01-01 00:00:00 UTC, from which the seconds scale counts.
 constexpr std::int32_t TIME_BASE_SECONDS = 852076800;
@@ -32,3 +35,5 @@ float elapsed_time();
 /// Sleeps for \p seconds, rounded to milliseconds, at most 2^31 - 1 of them. Zero, a negative
 /// number and a NaN do not sleep. A sleep that a signal cuts short is not resumed.
 void sleep_seconds(float seconds);
+
+#pragma GCC visibility pop

@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+#pragma GCC visibility push(default)
+
 /// Copies a length-prefixed string: the length byte and as many bytes as it says (1 to 256 in all).
 /// The areas may overlap. \return \p destination.
 unsigned char *copy_counted_string(unsigned char *destination, const unsigned char *source);
@@ -22,3 +24,5 @@ char *copy_string_bounded(char *destination, const char *source, std::size_t siz
 /// \p location is negative or beyond the target's length, a complaint with both numbers, and the
 /// target is left alone.
 void insert_string_into_string(const char *text, char *target, int location);
+
+#pragma GCC visibility pop

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <cstdio>
 
+#pragma GCC visibility push(default)
+
 /// What open_file() does when a file does not open; 0 does nothing.
 enum {
     OPEN_FAIL_FATAL = 1,  ///< reports it and throws CorvellaAbortException
@@ -69,3 +71,5 @@ void for_each_regular_file(const char *directory, regular_file_callback callback
 /// \return the part of \p path behind its last '/', inside \p path, "" when it ends in one; "/" for
 /// "/"; a constant "." for null and "".
 const char *path_base_name(const char *path);
+
+#pragma GCC visibility pop

@@ -5,6 +5,8 @@
 #include <cstdarg>
 #include <cstddef>
 
+#pragma GCC visibility push(default)
+
 /// Formats into a new block of exactly the needed size, at least one byte. A formatting error
 /// gives an empty text. \p arguments is left as vsnprintf leaves it: the caller may only end it.
 /// \return the text, to be given back with checked_free().
@@ -23,3 +25,5 @@
 /// empty text.
 [[gnu::format(printf, 3, 4)]] int format_string_bounded(char *destination, std::size_t size,
                                                         const char *format, ...);
+
+#pragma GCC visibility pop

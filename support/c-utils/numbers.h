@@ -3,6 +3,8 @@
 /// (IEEE 754), and pass a NaN on where it is not said otherwise. Nothing is refused.
 #pragma once
 
+#pragma GCC visibility push(default)
+
 /// \return the smaller of two integers.
 int min_int(int a, int b);
 /// \return the larger of two integers.
@@ -49,3 +51,5 @@ float round_to_step(float x, float y);
 /// \return a repeatable pseudo-random value made of the bits of \p x * 2^33, a NaN's too, in [-32,
 /// 32]: the greatest eight bit patterns round up to 32.
 float hash_noise_float(float x);
+
+#pragma GCC visibility pop

@@ -2,6 +2,8 @@
 /// A lenient reader of decimal numbers.
 #pragma once
 
+#pragma GCC visibility push(default)
+
 /// Reads a decimal number at the start of \p text, in single precision at each step: white space, a
 /// sign, digits with at most one ".", and "e" or "E" with an integer (white space may stand before
 /// it; none counts as 0). Whatever else follows ends the number and is no error. A number out of a
@@ -10,3 +12,5 @@
 /// locale, and nothing else does.
 /// \return 1 with the number in \p result; 0, with \p result untouched, when no digit was read.
 int parse_float(const char *text, float *result);
+
+#pragma GCC visibility pop

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#pragma GCC visibility push(default)
+
 /// A growable text that owns its bytes. All zero is a valid empty buffer; the fields are changed by
 /// the functions below only.
 struct string_buffer {
@@ -32,3 +34,5 @@ char *string_buffer_data(string_buffer *buffer);
 
 /// Gives the data back and zeroes the record, which can then be used again.
 void string_buffer_free(string_buffer *buffer);
+
+#pragma GCC visibility pop

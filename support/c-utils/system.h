@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+#pragma GCC visibility push(default)
+
 /// Writes "Mac OS X" with its NUL, 9 bytes, deliberately on every platform.
 void get_os_name(char *buffer);
 
@@ -23,3 +25,5 @@ void get_host_name(char *buffer, std::size_t size);
 /// of 0 reads and writes nothing.
 /// \return \p buffer, or null when nothing was read or the first argument is empty.
 char *get_process_command_line(char *buffer, std::size_t size, long process_id);
+
+#pragma GCC visibility pop

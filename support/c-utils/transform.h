@@ -7,6 +7,8 @@
 /// except where it is said.
 #pragma once
 
+#pragma GCC visibility push(default)
+
 /// Lower-cases every byte.
 void string_to_lower(const char *source, char *destination);
 
@@ -41,3 +43,5 @@ char *double_percent_signs(const char *source, char *destination);
 /// Removes every run of "_" and upper-cases the first character of the text and the one behind each
 /// run; all others stay as they are. \return \p destination.
 char *underscores_to_camel_case(const char *source, char *destination);
+
+#pragma GCC visibility pop

@@ -3,6 +3,8 @@
 /// locale in force.
 #pragma once
 
+#pragma GCC visibility push(default)
+
 /// Copies \p source from its last word on. From the second character on, an upper-case letter
 /// starts a word and a "_" or space starts one behind itself; a text without either is copied
 /// whole, and one that ends in "_" or a space gives "". Source and destination may be the same
@@ -31,3 +33,5 @@ int compare_first_words(const char *first, const char *second);
 /// \return the word's byte offset in \p source; -1, with an empty destination, when there is no
 /// such word.
 int nth_word(const char *source, int n, char *destination);
+
+#pragma GCC visibility pop

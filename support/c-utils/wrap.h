@@ -2,6 +2,8 @@
 /// Breaking a text into lines.
 #pragma once
 
+#pragma GCC visibility push(default)
+
 /// Breaks \p text into lines in place. A line break is a white-space character, replaced together
 /// with the white space behind it by a line feed and \p indent spaces; the line feed counts towards
 /// the width of the line that it starts, as the indentation does.
@@ -16,3 +18,5 @@
 /// A word longer than a line stays whole. The call ends for every width, indent and column,
 /// negative ones and the ends of the integers among them.
 void wrap_text_in_place(char *text, int width, int indent, int first_column);
+
+#pragma GCC visibility pop

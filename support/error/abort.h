@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#pragma GCC visibility push(default)
+
 /// Thrown by value to give up. The layer never catches it, so that it ends a process that does not.
 struct CorvellaAbortException {
     const char *file;      ///< source name of the place that threw; static, not owned
@@ -22,3 +24,5 @@ struct CorvellaAbortException {
 /// Throws a CorvellaAbortException that carries the three. \p file is not copied: it must have
 /// static lifetime, and may be null.
 [[noreturn]] void throw_abort(int code, const char *file, int line);
+
+#pragma GCC visibility pop

@@ -5,6 +5,8 @@
 
 #include <cstddef>
 
+#pragma GCC visibility push(default)
+
 /// \return a block of \p size bytes with undefined content; null for size 0, and only then.
 /// \throws std::bad_alloc when memory is exhausted.
 void *checked_malloc(std::size_t size);
@@ -23,3 +25,5 @@ char *checked_strdup(const char *text, std::size_t extra);
 
 /// Gives back a block of the functions above, or of the system allocator. Null does nothing.
 void checked_free(void *pointer);
+
+#pragma GCC visibility pop

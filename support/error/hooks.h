@@ -5,6 +5,8 @@
 /// then see to it that this ends; it may throw, and the message is not counted then.
 #pragma once
 
+#pragma GCC visibility push(default)
+
 /// Receives the texts of write_raw_message() with their tags. Its result is ignored.
 using OutputHook = int (*)(const char *text, const char *tag);
 
@@ -40,3 +42,5 @@ int test_output_hook(const char *text, const char *tag);
 /// process, not even at level 10.
 /// \return the result of the flush.
 int test_message_hook(int level, const char *text);
+
+#pragma GCC visibility pop

@@ -16,6 +16,8 @@
 
 #include <cstdint>
 
+#pragma GCC visibility push(default)
+
 /// Reports a printf-style message at \p level.
 ///
 /// The expanded text, cut at 1023 characters, is composed into the line "label: text\n" (cut at
@@ -48,3 +50,5 @@ void write_raw_message(const char *text, const char *tag);
 /// \return how many calls of report_message() have come back so far. Wraps to the least 32-bit
 /// integer after the greatest.
 std::int32_t message_count();
+
+#pragma GCC visibility pop

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#pragma GCC visibility push(default)
+
 /// Prints printf-style text to the print stream and flushes it.
 ///
 /// The text starts with as many '.' characters as the print indent says; the same number follows
@@ -26,3 +28,5 @@ std::FILE *get_print_stream();
 /// Sets the number of '.' characters before each printed line. A negative \p n counts as 0; from
 /// 65,536 on there are only dots.
 void set_print_indent(int n);
+
+#pragma GCC visibility pop

@@ -12,8 +12,8 @@ import subprocess
 import sys
 import tempfile
 
-sys.path.insert(0, str(pathlib.Path(__file__).parent))
-import headers  # noqa: E402
+sys.path.insert(0, str(pathlib.Path(__file__).parent.parent))
+import published  # noqa: E402
 
 SECTIONS = {
     1: ("NAME", "SYNOPSIS", "DESCRIPTION", "ENVIRONMENT", "FILES", "EXIT STATUS", "EXAMPLES",
@@ -75,7 +75,7 @@ def complaints(sources, build, version):
     # The hooks that come with the facility stand in a sentence.
     described.update(re.findall(r"^\.Fn (\w+)", page.read_text(encoding="utf-8"), re.MULTILINE))
     described.discard("free")
-    declared = headers.public_functions(sources)
+    declared = published.functions(sources, *published.FACES)
     for name in sorted(declared - described):
         yield f"{page}: does not name {name}"
     for name in sorted(described - declared):

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <gtest/gtest.h>
 #include <memory>
+#include <regex>
 #include <set>
 #include <string>
 #include <vector>
@@ -72,16 +73,15 @@ Names symbols(const std::string &options)
     return names;
 }
 
-/// \p name without what tells a variant: of large files, of checked sizes.
-std::string plain_name(std::string name)
+/// \p name without what marks a variant: of large files, of late times, of checked sizes.
+std::string plain_name(const std::string &name)
 {
-    const std::string checked = "_chk";
-    if (name.size() > checked.size() + 2 && name.compare(0, 2, "__") == 0 &&
-        name.compare(name.size() - checked.size(), checked.size(), checked) == 0) {
-        name = name.substr(2, name.size() - 2 - checked.size());
-    }
-    if (name.size() > 2 && name.compare(name.size() - 2, 2, "64") == 0) {
-        name.resize(name.size() - 2);
+    static const std::regex checked("__(.+)_chk"), late("__(.+?)(64)?(_time64|64)(_r)?"),
+        large("(.+)64");
+    std::smatch parts;
+    if (std::regex_match(name, parts, checked) || std::regex_match(name, parts, late) ||
+        std::regex_match(name, parts, large)) {
+        return parts[1].str() + (parts.size() > 4 ? parts[4].str() : "");
     }
     return name;
 }

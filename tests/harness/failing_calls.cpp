@@ -249,6 +249,21 @@ WRAPPED(int, fflush, (std::FILE * file), (file), Flush, EOF)
 WRAPPED(int, vsnprintf,
         (char *buffer, std::size_t size, const char *format, std::va_list arguments),
         (buffer, size, format, arguments), Format, -1)
+#if defined(_TIME_BITS) // the variants with times of 64 bits, in 32-bit programs
+WRAPPED(int, __setsockopt64,
+        (int descriptor, int level, int option, const void *value, socklen_t size),
+        (descriptor, level, option, value, size), SetOption, -1)
+WRAPPED(int, __select64, (int width, void *reading, void *writing, void *others, void *limit),
+        (width, reading, writing, others, limit), Select, -1)
+WRAPPED(int, __ioctl_time64, (int descriptor, unsigned long request, void *argument),
+        (descriptor, request, argument), Control, -1)
+WRAPPED(int, __stat64_time64, (const char *path, void *status), (path, status), Stat, -1)
+WRAPPED(int, __lstat64_time64, (const char *path, void *status), (path, status), Lstat, -1)
+WRAPPED(int, __nanosleep64, (const void *time, void *rest), (time, rest), Sleep, -1)
+WRAPPED(int, __gettimeofday64, (void *time, void *zone), (time, zone), Clock, -1)
+WRAPPED(void *, __localtime64, (const void *time), (time), Localtime, nullptr)
+WRAPPED(char *, __ctime64_r, (const void *time, char *buffer), (time, buffer), Ctime, nullptr)
+#endif
 // The variants that check sizes, in builds with _FORTIFY_SOURCE.
 WRAPPED(int, __vsnprintf_chk,
         (char *buffer, std::size_t size, int flag, std::size_t room, const char *format,
@@ -269,8 +284,15 @@ WRAPPED_CLOSER(int, close, Close)
 
 ssize_t __real_send(int descriptor, const void *bytes, std::size_t size, int flags);
 ssize_t __wrap_send(int descriptor, const void *bytes, std::size_t size, int flags);
-std::time_t __real_time(std::time_t *result);
-std::time_t __wrap_time(std::time_t *result);
+#if defined(_TIME_BITS)
+#define REAL_TIME __real___time64
+#define WRAP_TIME __wrap___time64
+#else
+#define REAL_TIME __real_time
+#define WRAP_TIME __wrap_time
+#endif
+std::time_t REAL_TIME(std::time_t *result);
+std::time_t WRAP_TIME(std::time_t *result);
 [[gnu::format(printf, 1, 2)]] int __wrap_printf(const char *format, ...);
 [[gnu::format(printf, 2, 3)]] int __wrap_fprintf(std::FILE *file, const char *format, ...);
 [[gnu::format(printf, 3, 4)]] int __wrap_snprintf(char *buffer, std::size_t size,
@@ -298,13 +320,13 @@ ssize_t __wrap_send(int descriptor, const void *bytes, std::size_t size, int fla
     return taken;
 }
 
-std::time_t __wrap_time(std::time_t *result)
+std::time_t WRAP_TIME(std::time_t *result)
 {
     const bool was_watching = watching;
     if (fails(Call::Time)) {
         return -1;
     }
-    const std::time_t now = was_watching ? failing_calls.now : __real_time(nullptr);
+    const std::time_t now = was_watching ? failing_calls.now : REAL_TIME(nullptr);
     if (result != nullptr) {
         *result = now;
     }

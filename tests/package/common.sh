@@ -34,14 +34,17 @@ install_from() {
     mv "$scratch/prefix" "$prefix"
 }
 
-# compile_with_pkg_config SEARCH_DIR CALLER...: builds callers by a bare compiler line.
+# compile_with_pkg_config SEARCH_DIR CALLER...: builds callers by a bare compiler line, from their
+# sources here or, of those that a test wrote, in $scratch.
 compile_with_pkg_config() {
-    local caller words pc_dir
+    local caller source words pc_dir
     pc_dir=$(dirname "$(find "$1" -name corvella.pc)")
     words=$(PKG_CONFIG_PATH=$pc_dir pkg-config --cflags --libs corvella)
     for caller in "${@:2}"; do
+        source=$here/consumer/$caller.cpp
+        [ -e "$source" ] || source=$scratch/$caller.cpp
         # shellcheck disable=SC2086 # the flags are words
-        quietly "$CORVELLA_COMPILER" -std=c++17 $CORVELLA_FLAGS "$here/consumer/$caller.cpp" \
+        quietly "$CORVELLA_COMPILER" -std=c++17 $CORVELLA_FLAGS "$source" \
             -o "$scratch/$caller" $words
     done
 }

@@ -40,8 +40,10 @@ find_package)
     ;;
 pkg_config)
     install_from "$build"
-    compile_with_pkg_config "$prefix" abort_caller published_interface support_caller \
-        version_caller web_caller
+    python3 "$CORVELLA_SOURCES/tests/published.py" "$CORVELLA_SOURCES" caller support web \
+        >"$scratch/published_caller.cpp"
+    compile_with_pkg_config "$prefix" abort_caller published_caller published_interface \
+        support_caller version_caller web_caller
     callers=$scratch
     find_shared_libraries
     ;;

@@ -89,6 +89,11 @@ protected:
 
 } // namespace
 
+#if defined(_TIME_BITS) // the names of the calls in 32-bit programs with times of 64 bits
+#define __wrap_setsockopt __wrap___setsockopt64
+#define __wrap_getsockopt __wrap___getsockopt64
+#endif
+
 extern "C" {
 
 int __real_socket(int family, int type, int protocol);

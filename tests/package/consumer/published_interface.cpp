@@ -1,5 +1,5 @@
-// The published interface as callers were promised it: the type of each function and variable, and
-// the sizes of the records for both word sizes. Each is also linked.
+// The interface as callers of version 1.0 were promised it: types of functions and variables, and
+// the sizes of the records for both word sizes. It never changes; later additions need no entry.
 #include <csignal>
 #include <cstdarg>
 #include <cstddef>

@@ -101,6 +101,9 @@ const SecondsCase seconds_cases[] = {
     {-2000000000, 250000, -2852076799.75},
     {least, 0, -2999560448.0},
     {greatest, 999999, 1295406847.999999},
+#if !defined(__i386__) || defined(_TIME_BITS)
+    {4102444800, 500000, 3250368000.5}, // 2100
+#endif
 };
 
 TEST_F(Clock, SecondsCountFromTheirBaseToTheMicrosecond)

@@ -139,6 +139,36 @@ int __wrap_lstat(const char *path, struct stat *status)
     return scripted_status("lstat", path, status);
 }
 
+#if defined(_TIME_BITS) // the calls of 32-bit programs with times of 64 bits
+int __real___stat64_time64(const char *path, struct stat *status);
+int __wrap___stat64_time64(const char *path, struct stat *status);
+int __real___lstat64_time64(const char *path, struct stat *status);
+int __wrap___lstat64_time64(const char *path, struct stat *status);
+std::time_t __real___time64(std::time_t *result);
+std::time_t __wrap___time64(std::time_t *result);
+
+int __wrap___stat64_time64(const char *path, struct stat *status)
+{
+    return file_calls.active ? scripted_status("stat", path, status)
+                             : __real___stat64_time64(path, status);
+}
+
+int __wrap___lstat64_time64(const char *path, struct stat *status)
+{
+    return file_calls.active ? scripted_status("lstat", path, status)
+                             : __real___lstat64_time64(path, status);
+}
+
+std::time_t __wrap___time64(std::time_t *result)
+{
+    const std::time_t now = __real___time64(result);
+    if (file_calls.clock_changes_errno) {
+        errno = EDOM;
+    }
+    return now;
+}
+#endif
+
 int __wrap_unlink(const char *path)
 {
     if (!file_calls.active) {

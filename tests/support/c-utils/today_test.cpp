@@ -92,6 +92,14 @@ TEST(Today, FollowsATimeZoneThatChangesWhileTheProgramRuns)
     EXPECT_EQ(child.out, "2454833 2454832");
 }
 
+#if !defined(__i386__) || defined(_TIME_BITS)
+TEST(Today, IsRightAfter2038)
+{
+    EXPECT_EQ(today_in("UTC0", std::time_t{INT64_C(2147483648)}), "2465443");
+    EXPECT_EQ(today_in("UTC0", std::time_t{INT64_C(4102444800)}), "2488070") << "2100-01-01";
+}
+#endif
+
 TEST(Today, IsDefinedForEveryClock)
 {
     using limits = std::numeric_limits<std::time_t>;
