@@ -18,7 +18,7 @@ ctest_start(Experimental QUIET)
 ctest_memcheck(
   INCLUDE "${CORVELLA_MEMCHECK_ONLY}"
   EXCLUDE "^(checks|docs|package|scripts)\\.|^tool_lists$|^web\\.reliability_table$"
-  EXCLUDE_LABEL "^(slow|package|no_valgrind)$"
+  EXCLUDE_LABEL "^(slow|package|exhaustive|no_valgrind)$"
   PARALLEL_LEVEL ${processors}
   RETURN_VALUE failed
   DEFECT_COUNT defects)

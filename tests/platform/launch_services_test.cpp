@@ -146,6 +146,14 @@ TEST_F(OpenFile, GoesOnToOpenAfterAFailedConversion)
     EXPECT_EQ(stand_ins.calls_of("LSOpenFSRef").size(), 2u);
 }
 
+TEST_F(OpenFile, GivesAFailedConversionNoEarlierReference)
+{
+    stand_ins.files = {"/a"};
+    EXPECT_EQ(open_file("/a"), 0);
+    EXPECT_EQ(open_file("/missing"), 0);
+    EXPECT_EQ(stand_ins.opened_ref, std::string(sizeof(FSRef), '\0'));
+}
+
 TEST_F(OpenFsRef, OpensTheReferenceItselfAndAsksForNoOutput)
 {
     FSRef ref;
