@@ -1,11 +1,11 @@
 // Each transform against its model for every text of up to six characters from a small alphabet.
-#include "support/c-utils.h"
-#include "tests/support/c-utils/text_models.h"
-#include "tests/support/c-utils/wrap_model.h"
-
 #include <cstdio>
 #include <gtest/gtest.h>
 #include <string>
+
+#include "support/c-utils.h"
+#include "tests/support/c-utils/text_models.h"
+#include "tests/support/c-utils/wrap_model.h"
 
 namespace {
 

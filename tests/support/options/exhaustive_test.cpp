@@ -1,15 +1,15 @@
 // The parser against its model for every vector of up to four elements from a small alphabet.
 
-#include "tests/harness/capture.h"
-#include "tests/support/options/arguments.h"
-#include "tests/support/options/comparison.h"
-#include "tests/support/options/model.h"
-
 #include <cstddef>
 #include <cstdio>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "tests/harness/capture.h"
+#include "tests/support/options/arguments.h"
+#include "tests/support/options/comparison.h"
+#include "tests/support/options/model.h"
 
 namespace {
 
