@@ -4,7 +4,6 @@
 #include <cstring>
 #include <strings.h>
 
-#include "tool/printable.h"
 #include "web/web.h"
 
 namespace corvella {
@@ -15,15 +14,22 @@ constexpr int value_size = 4096;
 
 /// The broken-off header's fault; "" for a complete one. \param kept_error the error text that the
 /// web client kept while it received the header
-std::string header_fault(const std::string &header, const std::string &kept_error)
+std::string header_fault(const std::string &header, std::size_t received,
+                         const std::string &kept_error)
 {
     if (!kept_error.empty()) {
         return kept_error;
     }
+    if (!header_is_broken_off(header, received)) {
+        return "";
+    }
+    if (received > 0) {
+        return "The reply's header contains a NUL byte.";
+    }
     if (header.empty()) {
         return "The web site closed the connection without a reply.";
     }
-    return header_is_broken_off(header) ? "The reply was broken off in its header." : "";
+    return "The reply was broken off in its header.";
 }
 
 /// The fault of a bad status, with the place that the reply refers to.
@@ -37,9 +43,15 @@ std::string status_fault(const char *header)
     if (reply_status(header) != 0 &&
         find_reply_header(header, "Location", location, sizeof location) != nullptr &&
         location[0] != '\0') {
-        fault += ". It refers to " + printable_text(location);
+        fault += ". It refers to " + std::string(location);
     }
     return fault;
+}
+
+bool ends_in_crlf(const std::string &header)
+{
+    const std::size_t length = header.size();
+    return length >= 2 && header.compare(length - 2, 2, "\r\n") == 0;
 }
 
 bool has_no_body(int status)
@@ -56,10 +68,10 @@ std::string body_fault(const char *header, const char *body, std::size_t receive
     }
     if (check_reply_complete(header, body) != 0) {
         const std::string fault = web_last_error();
-        return lost.empty() ? fault : fault + " (" + lost + " lost after a NUL byte)";
+        return lost.empty() ? fault : fault + " (" + lost + " lost to a NUL byte)";
     }
     if (!lost.empty()) {
-        return "Incomplete reply from web site: " + lost + " bytes lost after a NUL byte";
+        return "Incomplete reply from web site: " + lost + " bytes lost to a NUL byte";
     }
     return "";
 }
@@ -68,15 +80,18 @@ std::string body_fault(const char *header, const char *body, std::size_t receive
 
 reply_faults check_reply(const char *header, const char *body, std::size_t received)
 {
-    const std::string broken = header_fault(header, web_last_error());
+    const std::string broken = header_fault(header, received, web_last_error());
     if (!broken.empty()) {
         return {"", broken};
     }
     return {status_fault(header), body_fault(header, body, received)};
 }
 
-bool header_is_broken_off(const std::string &header)
+bool header_is_broken_off(const std::string &header, std::size_t received)
 {
+    if (received == 0 && ends_in_crlf(header)) {
+        return true;
+    }
     const std::size_t length = header.size();
     const bool ends_in_return = length > 0 && header[length - 1] == '\r';
     const std::size_t end = ends_in_return ? length - 1 : length;

@@ -22,9 +22,11 @@ struct reply_faults {
 /// \param received bytes of the body that came, see set_web_progress_callback()
 reply_faults check_reply(const char *header, const char *body, std::size_t received);
 
-/// Whether the header was broken off: the text of a complete one ends in the line feed of its last
-/// line, or in that and the carriage return of the empty line.
-bool header_is_broken_off(const std::string &header);
+/// Whether the header was broken off, or a NUL byte ends its string. The string of a complete
+/// header ends in the line feed of its last line, or in that and the carriage return of the empty
+/// line. If it ends in CR LF and no body follows, the empty line is missing. \param received bytes
+/// of the body that came
+bool header_is_broken_off(const std::string &header, std::size_t received);
 
 /// \return the status of a reply; 0 if its header has none.
 int reply_status(const char *header);

@@ -79,7 +79,7 @@ bool write_reply(const command_line &line, const reply_texts &reply)
 {
     if (line.show_header) {
         std::string header = reply.header;
-        if (!header_is_broken_off(header)) {
+        if (!header_is_broken_off(header, received_body_bytes())) {
             header += '\n'; // the text ends before the line feed of the empty line
         }
         if (!show_reply_text(header)) {

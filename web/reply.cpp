@@ -64,6 +64,18 @@ bool append_header_byte(reply_text &header, bool &line_is_empty, char byte)
     return true;
 }
 
+/// Sets the error text if the header ended in an error. A failed send may have consumed the error
+/// that tells a reset from an orderly close.
+void report_header_end(ssize_t received, const request_progress &request, const reply_text &header)
+{
+    if (received == 0 && header.length == 0 && request.send_error != 0) {
+        errno = request.send_error;
+        set_receive_error();
+    } else if (received < 0) {
+        set_receive_error();
+    }
+}
+
 /// A receive error ends the header but not the transaction, deliberately: what follows decides.
 int receive_header(request_progress &request, reply_text &header)
 {
@@ -80,10 +92,8 @@ int receive_header(request_progress &request, reply_text &header)
         if (was_interrupted(received)) {
             return report_wait_failure(wait_result::timed_out);
         }
-        if (received < 0) {
-            set_receive_error();
-        }
         if (received <= 0) {
+            report_header_end(received, request, header);
             return WEB_DONE;
         }
         unanswered = nullptr;

@@ -18,6 +18,7 @@ struct request_progress {
     std::uint32_t checked_at = 0;          ///< the millisecond counter at the last check
     std::uint32_t reported_at = 0;         ///< the same at the last call of the send callback
     std::uint32_t deadline = 0;            ///< when a peer that takes nothing is given up
+    int send_error = 0;                    ///< the errno of the first send that failed, or 0
 };
 
 /// Checks what the peer has taken, and calls the send callback if 100 ms have passed since the last

@@ -45,6 +45,9 @@ void send_text(request_sender &sender, std::string_view text, bool more)
             progress.accepted += static_cast<std::uint64_t>(sent);
             text.remove_prefix(static_cast<std::size_t>(sent));
         } else if (errno != EINTR && errno != EAGAIN) { // EAGAIN: the slice is over
+            if (progress.send_error == 0) {
+                progress.send_error = errno;
+            }
             shutdown(progress.socket, SHUT_WR); // or the pieces after it made another request
             return;
         }

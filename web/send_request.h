@@ -20,11 +20,11 @@ struct request_parts {
 };
 
 /// Sends the request in pieces on the socket of \p progress, which has just begun. A failure is not
-/// reported: it shows when the reply is received. But a request that has lost a piece is never
-/// completed: the pieces behind it cannot be sent. \return wait_result::ready when the reply can be
-/// waited for; timed_out when the peer took nothing for SILENCE_LIMIT_SECONDS, cancelled when the
-/// user asked for it while the system did not accept everything at once. \throws std::bad_alloc
-/// when memory for the credentials is exhausted.
+/// reported but kept in \p progress: it shows when the reply is received. But a request that has
+/// lost a piece is never completed: the pieces behind it cannot be sent. \return wait_result::ready
+/// when the reply can be waited for; timed_out when the peer took nothing for
+/// SILENCE_LIMIT_SECONDS, cancelled when the user asked for it while the system did not accept
+/// everything at once. \throws std::bad_alloc when memory for the credentials is exhausted.
 wait_result send_request(const request_parts &request, request_progress &progress);
 
 } // namespace corvella

@@ -217,6 +217,33 @@ TEST_F(TransactionSends, DoesNotCareForTheResultsOfSend)
     }
 }
 
+TEST_F(TransactionSends, ReportTheirErrorIfNothingIsReceived)
+{
+    for (const int error_number : {EPIPE, ECONNRESET, ENOBUFS}) {
+        network.send_error = error_number;
+        network.events = {peer_closes()};
+        const WebOutcome outcome = run({});
+        EXPECT_EQ(outcome.result, 0);
+        EXPECT_EQ(outcome.header, "");
+        EXPECT_EQ(outcome.body, "");
+        EXPECT_EQ(outcome.error, "Error receiving data from web site: " + code_text(error_number));
+    }
+}
+
+TEST_F(TransactionSends, KeepTheFirstErrorOfThoseThatFail)
+{
+    network.lost_send = 3;
+    network.events = {peer_closes()};
+    EXPECT_EQ(run({}).error, "Error receiving data from web site: " + code_text(ENOBUFS));
+}
+
+TEST_F(TransactionSends, ThatFailAreNotReportedAfterAPartOfAHeader)
+{
+    network.send_error = EPIPE;
+    network.events = {data("A"), peer_closes()};
+    EXPECT_EQ(run({}).error, "earlier");
+}
+
 TEST_F(TransactionSends, GivesUpAPeerThatTakesNothingForTenSeconds)
 {
     // EAGAIN is what the time limit of a blocking send gives; EINTR, a storm of signals.
