@@ -9,7 +9,7 @@
 #include "fuzz/check.h"
 #include "fuzz/finished_peer.h"
 #include "fuzz/input.h"
-#include "tests/web/reply_model.h"
+#include "tests/web/transaction/reply_model.h"
 #include "web/web.h"
 
 namespace {

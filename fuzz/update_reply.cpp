@@ -11,9 +11,9 @@
 #include "fuzz/finished_peer.h"
 #include "fuzz/input.h"
 #include "tests/support/c-utils/exact_buffer.h"
-#include "tests/web/reply_model.h"
 #include "tests/web/reply_status_model.h"
-#include "tests/web/update_model.h"
+#include "tests/web/transaction/reply_model.h"
+#include "tests/web/update/update_model.h"
 #include "web/web.h"
 
 namespace {

@@ -31,11 +31,11 @@ rows_without_test() {
         grep -vE "$name \|\$" || true
 }
 
-# Prints the files of the folder that its CMakeLists.txt builds.
+# Prints the files of the folders that their CMakeLists.txt build.
 built_files() {
     local file
-    for file in "$sources"/tests/web/*_test.cpp; do
-        if grep -qwF -e "${file##*/}" "$sources/tests/web/CMakeLists.txt"; then
+    for file in "$sources"/tests/web/*_test.cpp "$sources"/tests/web/*/*_test.cpp; do
+        if grep -qwF -e "${file##*/}" "${file%/*}/CMakeLists.txt"; then
             printf '%s\n' "$file"
         fi
     done

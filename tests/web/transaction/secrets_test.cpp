@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/web/endless_text.h"
 #include "tests/web/fake_network.h"
+#include "tests/web/transaction/endless_text.h"
 #include "tests/web/web_call.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "tests/web/failing_exchange.h"
+#include "tests/web/transaction/failing_exchange.h"
 
 #include <cerrno>
 #include <cstdlib>

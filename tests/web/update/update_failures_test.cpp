@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "tests/failures/failure_scenario.h"
-#include "tests/web/failing_exchange.h"
-#include "tests/web/update_call.h"
+#include "tests/web/transaction/failing_exchange.h"
+#include "tests/web/update/update_call.h"
 #include "web/web.h"
 
 namespace {

@@ -1,6 +1,6 @@
 /// \file
 /// Random replies to the update query, read by the query and by a plain model of what it is to do.
-#include "tests/web/update_model.h"
+#include "tests/web/update/update_model.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@
 
 #include "tests/support/c-utils/exact_buffer.h"
 #include "tests/web/fake_network.h"
-#include "tests/web/update_call.h"
+#include "tests/web/update/update_call.h"
 #include "web/web.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "tests/harness/real_servers.h"
-#include "tests/web/form_call.h"
+#include "tests/web/servers/form_call.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "tests/web/fake_network.h"
-#include "tests/web/update_call.h"
+#include "tests/web/update/update_call.h"
 #include "web/update.h"
 #include "web/web.h"
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "tests/harness/scripted_server.h"
-#include "tests/web/update_call.h"
+#include "tests/web/update/update_call.h"
 #include "tests/web/web_call.h"
 #include "web/web.h"
 

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "tests/web/reply_model_test.h"
+#include "tests/web/transaction/reply_model_test.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "tests/failures/failure_scenario.h"
-#include "tests/web/failing_exchange.h"
 #include "tests/web/fake_network.h"
+#include "tests/web/transaction/failing_exchange.h"
 #include "tests/web/web_call.h"
 #include "web/web.h"
 

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "tests/web/fake_network.h"
-#include "tests/web/update_call.h"
+#include "tests/web/update/update_call.h"
 #include "tests/web/web_call.h"
 #include "web/web.h"
 

@@ -1,4 +1,4 @@
-#include "tests/web/update_call.h"
+#include "tests/web/update/update_call.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>

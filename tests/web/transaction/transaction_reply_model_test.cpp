@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "tests/support/c-utils/exact_buffer.h"
-#include "tests/web/reply_model_test.h"
+#include "tests/web/transaction/reply_model_test.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "tests/failures/failure_scenario.h"
-#include "tests/web/failing_exchange.h"
+#include "tests/web/transaction/failing_exchange.h"
 #include "web/reply_text.h"
 
 namespace {

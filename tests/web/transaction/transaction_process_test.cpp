@@ -11,7 +11,7 @@
 
 #include "tests/harness/scripted_server.h"
 #include "tests/harness/valgrind.h"
-#include "tests/web/connected_signal_timer.h"
+#include "tests/web/transaction/connected_signal_timer.h"
 #include "tests/web/web_call.h"
 #include "web/web.h"
 

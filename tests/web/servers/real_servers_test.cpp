@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "tests/web/form_call.h"
+#include "tests/web/servers/form_call.h"
 #include "web/web.h"
 
 namespace {

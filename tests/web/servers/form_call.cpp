@@ -1,4 +1,4 @@
-#include "tests/web/form_call.h"
+#include "tests/web/servers/form_call.h"
 
 #include <cstdlib>
 

@@ -5,7 +5,7 @@
 
 #include "tests/harness/real_servers.h"
 #include "tests/harness/scripted_server.h"
-#include "tests/web/form_call.h"
+#include "tests/web/servers/form_call.h"
 #include "web/web.h"
 
 namespace {

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "tests/web/fake_network.h"
-#include "tests/web/reply_model.h"
+#include "tests/web/transaction/reply_model.h"
 #include "web/web.h"
 
 /// Whether \p text holds these bytes and a NUL behind them.
