@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "support/c-utils.h"
+#include "support/c-utils/wipe.h"
 #include "tool/printable.h"
 #include "web/web.h"
 
@@ -41,7 +42,7 @@ std::string without_secret_fields(const std::string &form)
     return result;
 }
 
-void replace_all(std::string &text, const std::string &secret)
+void replace_all(std::string &text, std::string_view secret)
 {
     for (std::size_t at = 0; (at = text.find(secret, at)) != std::string::npos;
          at += sizeof stars - 1) {
@@ -53,9 +54,9 @@ void replace_all(std::string &text, const std::string &secret)
 
 std::string shown_body(std::string_view body, bool is_form, const char *password)
 {
-    const std::string secret = password != nullptr ? password : "";
+    const std::string_view secret = password != nullptr ? password : "";
     std::string escaped(3 * secret.size() + 1, '\0');
-    escaped.resize(std::strlen(form_escape(escaped.data(), secret.c_str())));
+    escaped.resize(std::strlen(form_escape(escaped.data(), secret.data())));
     // A password that begins among the bytes that are shown may end after them.
     const std::size_t taken = std::min(body.size(), most_shown_of_body + escaped.size());
     std::string text(body.substr(0, taken));
@@ -66,6 +67,7 @@ std::string shown_body(std::string_view body, bool is_form, const char *password
         replace_all(text, secret);
         replace_all(text, escaped);
     }
+    wipe(escaped.data(), escaped.size());
     if (taken < body.size()) {
         text.resize(text.size() - std::min(text.size(), escaped.size()));
     }

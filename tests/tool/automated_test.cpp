@@ -105,7 +105,8 @@ TEST(AutomatedGet, FramesTheStepsThatWereDone)
 
 TEST(AutomatedGet, FramesNoStatusThatCannotBeRead)
 {
-    for (const char *const header : {"220 ready", "HTTP/one", "HTTP/1 200 OK"}) {
+    for (const char *const header :
+         {"220 ready", "HTTP/one", "HTTP/1 200 OK", "HTTP/1.0 1000 Odd", "HTTP/1.0 -1 Odd"}) {
         ScriptedServer server(replying(std::string(header) + "\r\n\r\n"));
         const std::string out = run_automated({"get", url_of(server)}).out;
         EXPECT_FALSE(contains(out, "Status")) << out;

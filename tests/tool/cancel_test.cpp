@@ -1,13 +1,13 @@
 // Tests tool/exchange.cpp and tool/stop_signals.cpp.
 #include <chrono>
 #include <csignal>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <thread>
 
 #include "tests/harness/temporary_directory.h"
 #include "tests/tool/busy_port.h"
+#include "tests/tool/full_pipe.h"
+#include "tests/tool/process_facts.h"
 #include "tests/tool/program_under_test.h"
 
 namespace {
@@ -17,29 +17,6 @@ using std::chrono::steady_clock;
 
 /// Well above what a cancelled program needs, even on a busy machine, and well below a time-out.
 constexpr auto prompt = milliseconds(2000);
-
-/// Whether a process waits for something, and not for the processor; true without /proc.
-bool sleeps(pid_t process)
-{
-    if (access("/proc/self/stat", R_OK) != 0) {
-        return true;
-    }
-    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-    const std::string facts((std::istreambuf_iterator<char>(file)), {});
-    return facts.find(") S ") != std::string::npos;
-}
-
-/// Lets a program come to wait for what does not come. A signal that finds it on its way there is
-/// seen ten seconds later.
-void let_it_wait(RunningProgram &program)
-{
-    int quiet_looks = 0;
-    for (int looks = 0; looks < 1000 && quiet_looks < 10; ++looks) {
-        std::this_thread::sleep_for(milliseconds(10));
-        quiet_looks = sleeps(program.process().pid()) ? quiet_looks + 1 : 0;
-    }
-    EXPECT_EQ(quiet_looks, 10);
-}
 
 /// Interrupts a program that waits: it ends at once, and says that it was cancelled.
 void expect_cancellation(RunningProgram &program)
@@ -189,6 +166,28 @@ TEST(SecondInterrupt, EndsAProgramThatCannotConnect)
     RunningProgram program(corvella_command({"get", busy.url()}));
     let_it_wait(program);
     expect_end_by_second_interrupt(program);
+}
+
+/// Floods a program with a body and interrupts it twice; its standard error is full, so that it is
+/// still there for the second one.
+TEST(SecondInterrupt, EndsAProgramThatABodyFloods)
+{
+    const FullPipe err;
+    Milestone flooding;
+    ScriptedServer server({collect_request(), send_bytes(good_reply("x")), flooding.step(),
+                           send_endlessly("more\n")});
+    ProgramOptions options;
+    options.err = err.writing_end();
+    RunningProgram program(corvella_command({"get", url_of(server)}), options);
+    ASSERT_TRUE(flooding.wait());
+    program.process().signal(SIGINT);
+    EXPECT_FALSE(program.process().wait(milliseconds(500)));
+    let_it_wait(program);
+    program.process().signal(SIGINT);
+    EXPECT_TRUE(program.process().wait(prompt));
+    const ProgramResult result = program.finish();
+    EXPECT_EQ(result.signal, SIGINT) << result.exit_status;
+    EXPECT_EQ(result.out, "");
 }
 
 TEST(SecondInterrupt, EndsAProgramWhoseOutputNobodyTakes)

@@ -73,6 +73,33 @@ TEST(DescribeCommand, ShowsItsWholeCommandLine)
     EXPECT_TRUE(contains(result.out, corvella_path() + " -automated describe")) << result.out;
 }
 
+// The buffer of the command line has 4096 bytes, of which the last is its NUL.
+TEST(DescribeCommand, ShowsTheFirst4095BytesOfALongCommandLine)
+{
+    for (const std::size_t size : {1000U, 4000U, 4094U, 4095U, 4096U, 10'000U, 100'000U}) {
+        const std::string name = std::string(size - 12, 'n') + "end";
+        const ProgramResult result =
+            run_program({"bash", "-c", "exec -a \"$0\" \"$1\" describe", name, corvella_path()});
+        EXPECT_EQ(result.exit_status, 0) << result.err;
+        const std::string whole = name + " describe";
+        EXPECT_TRUE(contains(result.out, "\nCommand line: " + whole.substr(0, 4095) + "\nDate: "))
+            << size;
+    }
+}
+
+TEST(DescribeCommand, ShowsManyArguments)
+{
+    std::vector<std::string> arguments(300, "-automated");
+    arguments.insert(arguments.begin(), "describe");
+    std::string whole = corvella_path();
+    for (const std::string &argument : arguments) {
+        whole += " " + argument;
+    }
+    ASSERT_LT(whole.size(), 4095U);
+    const ProgramResult result = run_corvella(arguments);
+    EXPECT_TRUE(contains(result.out, "describe: Command line: " + whole + "\nENDCORVELLATEST\n"));
+}
+
 TEST(DescribeCommand, FramesItsResultInAnAutomatedRun)
 {
     const ProgramResult result = run_corvella({"describe", "-automated"});

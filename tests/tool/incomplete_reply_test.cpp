@@ -114,6 +114,15 @@ TEST(IncompleteReply, AcceptsHeadersWithAnEmptyLine)
     expect_complete("HTTP/1.0 200 OK\r\nDate: x\r\n\nabc", "abc");
 }
 
+// RFC 9110 section 15.4.5: what such a reply announces is the length of the page itself.
+TEST(NotModifiedReply, IsNotIncomplete)
+{
+    ScriptedServer server(replying("HTTP/1.0 304 Not Modified\r\nContent-Length: 500\r\n\r\n"));
+    const ProgramResult result = run_corvella({"get", url_of(server)});
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_EQ(result.err, reported("Bad HTTP status 304 from web site: Not Modified"));
+}
+
 TEST(IncompleteReply, WithoutAByteIsRefused)
 {
     OneReply reply("");

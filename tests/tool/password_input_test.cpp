@@ -3,6 +3,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -135,6 +136,14 @@ TEST(PasswordInput, IsReadAfterUsageErrors)
     EXPECT_EQ(result.err, usage_error_text("The port of a URL is a number from 1 to 65535."));
 }
 
+TEST(PasswordInput, IsReadAfterTheOutputFileWasChecked)
+{
+    const ProgramResult result =
+        run_with_input({"get", "http://127.0.0.1:1/", "-user", "user", "-output", ""}, "");
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_EQ(result.err, error_text("Write of  failed: No such file or directory"));
+}
+
 TEST(PasswordInput, FailsWithoutAPassword)
 {
     const std::string invalid = "A password is a line of 1 to 255 bytes, none of them NUL.";
@@ -263,12 +272,28 @@ TEST_F(PasswordPrompt, RestoresTheEchoOnCtrlC)
     EXPECT_TRUE(echoes());
 }
 
-TEST_F(PasswordPrompt, RestoresTheEchoOnTermination)
+class PasswordPromptSignal : public PasswordPrompt, public testing::WithParamInterface<int> {};
+
+TEST_P(PasswordPromptSignal, RestoresTheEcho)
 {
     ASSERT_TRUE(is_prompted());
-    program_.process().signal(SIGTERM);
-    EXPECT_EQ(program_.finish().signal, SIGTERM);
+    program_.process().signal(GetParam());
+    EXPECT_EQ(program_.finish().signal, GetParam());
     EXPECT_TRUE(echoes());
+}
+
+INSTANTIATE_TEST_SUITE_P(EachSignal, PasswordPromptSignal,
+                         testing::Values(SIGHUP, SIGINT, SIGQUIT, SIGTERM));
+
+// The rest of a line too long would be the next command of a shell.
+TEST_F(PasswordPrompt, DiscardsWhatWasNotRead)
+{
+    ASSERT_TRUE(is_prompted());
+    terminal_.type(std::string(300, 'x') + "\nmore\n");
+    EXPECT_EQ(program_.finish().exit_status, 1);
+    int waiting = -1;
+    EXPECT_EQ(ioctl(terminal_.program_end(), FIONREAD, &waiting), 0);
+    EXPECT_EQ(waiting, 0);
 }
 
 // The program is alone in its session, so that the system goes on at once instead of stopping it.

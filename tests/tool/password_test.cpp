@@ -1,20 +1,14 @@
 // Tests tool/password_prompt.cpp.
 #include "tool/password.h"
 
-#include <algorithm>
 #include <chrono>
-#include <cstdint>
 #include <cstring>
-#include <fcntl.h>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
-#include <sstream>
 #include <string_view>
 #include <thread>
-#include <unistd.h>
 
 #include "tests/harness/valgrind.h"
+#include "tests/tool/process_facts.h"
 #include "tests/tool/program_under_test.h"
 
 namespace {
@@ -24,13 +18,6 @@ using namespace corvella;
 using Arguments = std::vector<std::string>;
 
 constexpr char secret[] = "s3cretW0rd";
-
-/// The arguments of a process as everybody on the machine can read them.
-std::string public_command_line(pid_t process)
-{
-    std::ifstream file("/proc/" + std::to_string(process) + "/cmdline", std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 TEST(WipedText, IsNulFromItsBeginningToItsEnd)
 {
@@ -69,7 +56,7 @@ TEST(Password, CannotBeReadOffTheListOfProcesses)
         RunningProgram program(corvella_command(arguments));
         // Once the request is there, the command line has been read.
         ASSERT_TRUE(asked.wait());
-        const std::string seen = public_command_line(program.process().pid());
+        const std::string seen = file_of_process(program.process().pid(), "cmdline");
         EXPECT_TRUE(contains(seen, "http://web1.test/")) << seen;
         EXPECT_FALSE(contains(seen, secret)) << password[0] << ": " << seen;
         EXPECT_TRUE(contains(seen, std::string(std::strlen(secret), '*'))) << seen;
@@ -93,53 +80,21 @@ TEST(Password, IsBlankedToItsEnd)
     RunningProgram program(corvella_command(
         {"get", "http://web1.test/", "-proxy", proxy_of(server), "-proxy-pass", long_secret}));
     ASSERT_TRUE(asked.wait());
-    const std::string seen = public_command_line(program.process().pid());
+    const std::string seen = file_of_process(program.process().pid(), "cmdline");
     EXPECT_FALSE(contains(seen, "xx")) << seen;
     EXPECT_TRUE(contains(seen, std::string(1000, '*'))) << seen;
     server.release();
     EXPECT_EQ(program.finish().exit_status, 0);
 }
 
-/// A piece of a process's memory that it may write to.
-struct MemoryRegion {
-    std::uintptr_t begin;
-    std::uintptr_t end;
-};
-
-/// But for those of a size that only a sanitizer makes, for its own records.
-std::vector<MemoryRegion> writable_memory(pid_t process)
-{
-    constexpr std::uintptr_t largest = 1U << 28;
-    std::ifstream file("/proc/" + std::to_string(process) + "/maps");
-    std::vector<MemoryRegion> regions;
-    for (std::string line; std::getline(file, line);) {
-        MemoryRegion region = {};
-        char dash = 0;
-        std::string rights;
-        std::istringstream(line) >> std::hex >> region.begin >> dash >> region.end >> rights;
-        if (rights.rfind("rw", 0) == 0 && region.end - region.begin < largest) {
-            regions.push_back(region);
-        }
-    }
-    return regions;
-}
-
 /// How often \p text is in the memory of a process.
 int count_in_memory(pid_t process, std::string_view text)
 {
-    const int memory = open(("/proc/" + std::to_string(process) + "/mem").c_str(), O_RDONLY);
-    EXPECT_GE(memory, 0);
+    const std::string bytes = writable_memory(process);
     int count = 0;
-    for (const MemoryRegion &region : writable_memory(process)) {
-        std::string bytes(region.end - region.begin, '\0');
-        const ssize_t size =
-            pread(memory, bytes.data(), bytes.size(), static_cast<off_t>(region.begin));
-        bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
-        for (std::size_t at = 0; (at = bytes.find(text, at)) != std::string::npos; ++at) {
-            ++count;
-        }
+    for (std::size_t at = 0; (at = bytes.find(text, at)) != std::string::npos; ++at) {
+        ++count;
     }
-    close(memory);
     return count;
 }
 
@@ -154,7 +109,7 @@ TEST(Password, OfTheServerCannotBeReadEither)
     RunningProgram program(corvella_command(
         {"get", url_of(server), "-user", "user", std::string("-pass=") + secret, "-pass", secret}));
     ASSERT_TRUE(asked.wait());
-    const std::string seen = public_command_line(program.process().pid());
+    const std::string seen = file_of_process(program.process().pid(), "cmdline");
     EXPECT_FALSE(contains(seen, secret)) << seen;
     EXPECT_EQ(count_in_memory(program.process().pid(), secret), 1);
     server.release();

@@ -199,6 +199,8 @@ TEST(TheWait, IsLeftStandingByAProgramThatWasSentToTheBackground)
     EXPECT_EQ(program.finish().out, "body\n");
     // Neither drawn over nor erased: nothing follows what the shell writes.
     EXPECT_TRUE(contains(joined(terminal.screen()), waiting_words)) << terminal.written();
+    const std::string written = terminal.written();
+    EXPECT_FALSE(contains(written.substr(written.rfind("behind")), "\r ")) << written;
 }
 
 TEST(TheWait, IsNotShownOnATerminalOfOthers)
