@@ -93,11 +93,13 @@ void set_web_send_callback(WebProgressCallback callback, void *argument);
 /// cancel request nor at the idle callback. Where a wait within the header was in vain, neither
 /// text is touched, whatever had come; a peer that closes without a byte gives two empty ones.
 ///
-/// A server is given up when it sent nothing, and took nothing of the request, for 10 s. It has
-/// taken what its system has acknowledged (SIOCOUTQ on Linux, SO_NWRITE on Mac OS X; checked every
-/// 100 ms without news), so a server that reads slowly has all the time that it needs, and one
-/// whose window stays closed is silent. Where the system cannot tell, the server has taken what the
-/// system has accepted. From the first byte of the reply on only what the server sends counts.
+/// A server is given up when it neither sent nor took anything for 10 s. It has taken what its
+/// system has acknowledged of the request (SIOCOUTQ on Linux, SO_NWRITE on Mac OS X; checked every
+/// 100 ms without news). A server may thus read as slowly as it likes, as long as its system
+/// acknowledges something every 10 s; a system with a large receive buffer may wait longer before
+/// it does. Where the system cannot tell, the server has taken what the system has accepted. From
+/// the first byte of the reply on, only what the server sends counts. If a signal interrupts the
+/// wait for the body, the server may be given up only after up to 20 s.
 ///
 /// \return a web_result: 0 done; -1 failed; 1 given up as above; 2 cancelled. When it is not 0,
 /// web_last_error() has the reason. An earlier error text is not cleared by success. \throws
