@@ -1,5 +1,6 @@
 // Calls of the system as no test can arrange them, for the program that is linked with this. The
 // environment chooses:
+//   INTERPOSED_TWIN        a file whose inode number standard output has, on another file system
 //   INTERPOSED_HOST_NAME   what gethostname() stores
 //   INTERPOSED_CLOCK_JUMP  the seconds that pass during the first look-up
 //   INTERPOSED_SIGNAL      the number of a signal that comes with the end of the reply
@@ -9,9 +10,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <fcntl.h>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/time.h>
 #include <unistd.h>
 
@@ -20,6 +23,17 @@ namespace {
 long seconds_ahead = 0;
 
 } // namespace
+
+extern "C" int fstat(int descriptor, struct stat *status) noexcept
+{
+    const char *const twin = std::getenv("INTERPOSED_TWIN");
+    if (twin == nullptr || descriptor != STDOUT_FILENO) {
+        return fstatat(descriptor, "", status, AT_EMPTY_PATH);
+    }
+    const int result = stat(twin, status);
+    ++status->st_dev;
+    return result;
+}
 
 extern "C" int gethostname(char *name, std::size_t size) noexcept
 {

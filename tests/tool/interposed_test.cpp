@@ -108,6 +108,19 @@ TEST(EndOfTheTimeAtTheEndOfAReply, KeepsTheReply)
     }
 }
 
+// An inode number alone does not identify a file.
+TEST(FileWithTheInodeNumberOfStandardOutput, IsWritten)
+{
+    const TemporaryDirectory directory;
+    const std::string page = directory.write("page", "old");
+    ScriptedServer server(replying(good_reply("new")));
+    const ProgramResult result = run_program(
+        interposed("INTERPOSED_TWIN=" + page, {"get", url_of(server), "-output", page}));
+    EXPECT_EQ(result.exit_status, 0) << result.err;
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(directory.read("page"), "new");
+}
+
 /// The last line that shows how long the program has been waiting.
 std::string waiting_line_after(const std::string &seconds)
 {

@@ -192,6 +192,16 @@ TEST(TypeOption, IsSentAsItIs)
         << request;
 }
 
+TEST(TypeOption, MayHaveBytesBeyondAscii)
+{
+    const TemporaryDirectory directory;
+    ProgramResult result = {};
+    const std::string request =
+        request_of({"-data", directory.write("data", "{}"), "-type", "text/\xc3\xa4\xff"}, result);
+    EXPECT_EQ(result.exit_status, 0) << result.err;
+    EXPECT_TRUE(contains(request, "\r\nContent-Type: text/\xc3\xa4\xff\r\n")) << request;
+}
+
 TEST(TypeOption, WithControlCharactersIsRefused)
 {
     const TemporaryDirectory directory;

@@ -51,6 +51,33 @@ TEST(UpdateCommand, PostsWhatItIsGiven)
               "&os=BeOS&os%5fversion=R5&machine%5fid=id%2d7&processor%5farch=ppc");
 }
 
+TEST(UpdateCommand, SendsTheVersionAsTypedAsItsName)
+{
+    for (const std::string version : {"5", "5.", ".5", "05.100", "5.0000"}) {
+        const std::string form =
+            posted_form({"update", "-product", "P", "-productline", "L", "-version", version});
+        const std::size_t point = version.find('.');
+        std::string name = version;
+        if (point != std::string::npos) {
+            name.replace(point, 1, "%2e");
+        }
+        EXPECT_EQ(field_of(form, "version%5fname"), name);
+    }
+}
+
+TEST(UpdateCommand, PrintsEachFieldWithoutTheLineEndAfterIt)
+{
+    for (const char *const end : {"\n", "\r\n", "\r\n\r\n", "\r", ""}) {
+        const ProgramResult result =
+            answered_with(good_reply("Version: 5.2\r\nURL: http://x.test/\r\nButton: Get it\r\n"
+                                     "Message: one\r\n\r\ntwo" +
+                                     std::string(end)));
+        EXPECT_EQ(result.exit_status, 0) << result.err;
+        EXPECT_EQ(result.out, "Message: one\r\n\r\ntwo\nVersion: 5.2\nButton: Get it\n"
+                              "URL: http://x.test/\n");
+    }
+}
+
 TEST(UpdateCommand, TakesItsOptionsInAnyOrderAndForm)
 {
     EXPECT_EQ(posted_form({"update", "--arch=ppc", "+machine-id", "m", "-version=12", "-os", "o",

@@ -110,6 +110,27 @@ TEST(UrlFragment, IsNotSent)
     expect_refusal("#top", "A URL has no blanks and no control characters, and is not empty.");
 }
 
+TEST(UrlScheme, InCapitalsIsCheckedLikeAnyOther)
+{
+    for (const std::string scheme : {"HTTP", "Http", "hTTP"}) {
+        expect_refusal(scheme + "://127.0.0.1:0/",
+                       "The port of a URL is a number from 1 to 65535.");
+        expect_refusal(scheme + "://web\x80.test/", "The host of a URL is ");
+        expect_refusal(scheme + "://\xff/", "The host of a URL is ");
+        expect_refusal(scheme + "://web\xc3\x9f:80/", "The host of a URL is ");
+        EXPECT_EQ(run_corvella({"get", scheme + "://user@web1.test/"}).exit_status, 2);
+    }
+}
+
+TEST(UrlScheme, InCapitalsShowsTheRequest)
+{
+    ScriptedServer server(replying(good_reply("body")));
+    const ProgramResult result =
+        run_corvella({"get", "HTTP" + url_of(server).substr(4), "-verbose"});
+    EXPECT_TRUE(contains(result.err, "> GET HTTP://127.0.0.1:")) << result.err;
+    EXPECT_TRUE(contains(result.err, "> Host: 127.0.0.1\n")) << result.err;
+}
+
 TEST(UrlScheme, MayBeInCapitals)
 {
     ScriptedServer server(replying(good_reply("body")));
