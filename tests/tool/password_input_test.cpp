@@ -1,5 +1,6 @@
 /// \file
 /// Passwords on standard input, and what -user and -pass send.
+#include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -310,6 +311,73 @@ TEST_F(PasswordPrompt, AsksAgainAfterAStop)
     EXPECT_EQ(program_.finish().exit_status, 0);
     EXPECT_TRUE(echoes());
     EXPECT_TRUE(contains(only_request(server_), login_line));
+}
+
+/// The program with a terminal as its standard input and error, which asks for a password.
+class PromptedProgram {
+public:
+    PromptedProgram(const ScriptedServer &server, bool ignores_hangup)
+        : program_(corvella_command({"get", "-quiet", url_of(server), "-user", "user"}),
+                   options(ignores_hangup))
+    {
+    }
+    RunningProgram &program()
+    {
+        return program_;
+    }
+    /// Waits for the prompt. \return whether it came.
+    bool is_prompted()
+    {
+        return terminal_.wait_until_seen(
+            [](const std::string &line) { return contains(line, "Password:"); }, 20);
+    }
+    Terminal &terminal()
+    {
+        return terminal_;
+    }
+
+private:
+    ProgramOptions options(bool ignores_hangup)
+    {
+        ProgramOptions chosen;
+        chosen.err = terminal_.program_end();
+        chosen.prepare = [this, ignores_hangup] {
+            terminal_.become_controlling();
+            dup2(STDERR_FILENO, STDIN_FILENO);
+            std::signal(SIGHUP, ignores_hangup ? SIG_IGN : SIG_DFL);
+        };
+        return chosen;
+    }
+
+    Terminal terminal_;
+    RunningProgram program_;
+};
+
+TEST(PasswordPromptSignals, HaveTheirUsualEffectOnceThePasswordIsRead)
+{
+    Milestone asked;
+    const ScriptedServer silent({collect_form(), asked.step(), stay_silent()});
+    PromptedProgram prompted(silent, false);
+    ASSERT_TRUE(prompted.is_prompted());
+    prompted.terminal().type("open sesame\n");
+    ASSERT_TRUE(asked.wait());
+    prompted.program().process().signal(SIGTSTP);
+    prompted.program().process().signal(SIGTERM);
+    EXPECT_EQ(prompted.program().finish().signal, SIGTERM);
+    EXPECT_EQ(prompted.terminal().written(), "Password: \r\n");
+}
+
+// As with nohup.
+TEST(PasswordPromptSignals, StayIgnored)
+{
+    const ScriptedServer server(replying(good_reply("body")));
+    PromptedProgram prompted(server, true);
+    ASSERT_TRUE(prompted.is_prompted());
+    prompted.program().process().signal(SIGHUP);
+    EXPECT_FALSE(prompted.program().process().wait(std::chrono::milliseconds(200)));
+    prompted.terminal().type("open sesame\n");
+    EXPECT_EQ(prompted.program().finish().exit_status, 0);
+    EXPECT_EQ(prompted.terminal().written(), "Password: \r\n");
 }
 
 } // namespace
