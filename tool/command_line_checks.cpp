@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string>
 #include <unistd.h>
+#include <utility>
 
 #include "support/c-utils.h"
 #include "support/error.h"
@@ -86,8 +87,11 @@ bool fill_proxy(command_line &line, const given_options &given)
     const bool takes_password = given.proxy_pass.given && !given.proxy_pass.on_input;
     const int result = fill_proxy_settings(&line.proxy, given.proxy, given.proxy_user,
                                            takes_password ? given.proxy_pass.text : nullptr);
+    if (given.proxy == nullptr) {
+        return true;
+    }
     const std::int32_t port = line.proxy.proxy_port;
-    return result == 0 && (given.proxy == nullptr || (port >= 1 && port <= greatest_port));
+    return result == 0 && line.proxy.proxy_host[0] != '\0' && port >= 1 && port <= greatest_port;
 }
 
 /// Puts the credentials where the request reads them, whoever they are for.
@@ -114,10 +118,33 @@ bool check_places(const command_line &line, const given_options &given)
     return true;
 }
 
+bool is_empty(const char *text)
+{
+    return text != nullptr && text[0] == '\0';
+}
+
+/// An empty argument may come from an unset variable.
+bool check_empty_arguments(const command_line &line)
+{
+    const std::pair<const char *, const char *> arguments[] = {
+        {"output", line.output},
+        {"data", line.data},
+        {"product", line.update.product},
+        {"productline", line.update.productline},
+    };
+    for (const auto &[name, argument] : arguments) {
+        if (is_empty(argument)) {
+            return fail(std::string("-") + name + " takes a name that is not empty.");
+        }
+    }
+    return true;
+}
+
 bool check_command_options(command_line &line, const given_options &given)
 {
-    if (!check_places(line, given) || !check_max_time(line, given) || !check_data(line) ||
-        !check_server_login(given) || !check_input(line, given)) {
+    if (!check_places(line, given) || !check_empty_arguments(line) ||
+        !check_max_time(line, given) || !check_data(line) || !check_server_login(given) ||
+        !check_input(line, given)) {
         return false;
     }
     fill_login(line, given);

@@ -1,5 +1,6 @@
 // The program corvella: a thin caller of the support layer.
 #include <csignal>
+#include <fcntl.h>
 #include <new>
 #include <string>
 #include <unistd.h>
@@ -59,12 +60,28 @@ exit_status run(int count, char **vector)
     return status == EXIT_DONE && results_were_lost() ? EXIT_FAILED : status;
 }
 
+/// Fills the descriptors 0, 1 and 2 that are closed, or a connection would get their number and the
+/// server the messages. Using one still fails: nothing can be read from the first, and nothing
+/// written to the others. They are a directory, which no file of -output is.
+void fill_standard_descriptors()
+{
+    if (fcntl(STDIN_FILENO, F_GETFD) < 0) {
+        open("/dev/null", O_WRONLY); // opens the lowest number that is free
+    }
+    for (const int descriptor : {STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(descriptor, F_GETFD) < 0) {
+            open("/", O_RDONLY);
+        }
+    }
+}
+
 } // namespace
 
 } // namespace corvella
 
 int main(int count, char **vector)
 {
+    corvella::fill_standard_descriptors();
     std::signal(SIGPIPE, SIG_IGN); // a reader that has gone is reported like any failed write
     try {
         return corvella::run(count, vector);

@@ -15,13 +15,16 @@ namespace {
 
 bool output_is_framed = false;
 bool some_results_are_lost = false;
+bool loss_is_reported = false;
 
-/// On purpose silent about a reader that is gone: it has seen what it wanted.
+/// Reports the first loss only. On purpose silent about a reader that is gone: it has seen what it
+/// wanted.
 void report_lost_output()
 {
-    if (errno == EPIPE) {
+    if (errno == EPIPE || loss_is_reported) {
         return;
     }
+    loss_is_reported = true;
     report_message(9, "Write of standard output failed: %s", std::strerror(errno));
 }
 

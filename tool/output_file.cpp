@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -18,8 +19,12 @@ namespace {
 
 constexpr int most_links = 40;
 
+/// On purpose silent about a pipe whose reader is gone: it has seen what it wanted.
 bool report_failure(const char *path)
 {
+    if (errno == EPIPE) {
+        return false;
+    }
     report_message(9, "Write of %s failed: %s", path, std::strerror(errno));
     return false;
 }
@@ -99,10 +104,30 @@ bool has_writable_folder(const char *path)
     return access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) == 0;
 }
 
+/// Whether a device opens: /dev/tty does not without a terminal. Opening it does no harm, because
+/// writing to it opens it too.
+bool device_opens(const char *path)
+{
+    const int descriptor = open(path, O_WRONLY | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0) {
+        return false;
+    }
+    close(descriptor);
+    return true;
+}
+
+/// A pipe is not opened here: its reader would see the end of the file.
 bool is_writable(const char *path, const struct stat &status)
 {
     if (is_standard_output(status)) {
         return true;
+    }
+    if (S_ISSOCK(status.st_mode)) {
+        errno = ENXIO; // as open() fails
+        return false;
+    }
+    if (S_ISCHR(status.st_mode)) {
+        return device_opens(path);
     }
     return S_ISREG(status.st_mode) ? has_writable_folder(path) : access(path, W_OK) == 0;
 }

@@ -30,26 +30,63 @@ bool read_byte(char &byte)
     return count == 1;
 }
 
-/// Reads a line of 1 to \p size - 1 bytes; the last line may lack its line feed.
-read_result read_line(char *line, std::size_t size)
+/// A line that is being read. A carriage return is held back until the next byte shows that it does
+/// not belong to the end of the line.
+struct partial_line {
+    char *text;
+    std::size_t size;
+    std::size_t length;
+    bool holds_return;
+};
+
+/// \return false if the byte is NUL or has no room.
+bool append(partial_line &line, char byte)
 {
-    std::size_t length = 0;
+    if (byte == '\0' || line.length == line.size - 1) {
+        return false;
+    }
+    line.text[line.length++] = byte;
+    return true;
+}
+
+bool append_held_return(partial_line &line)
+{
+    const bool fits = !line.holds_return || append(line, '\r');
+    line.holds_return = false;
+    return fits;
+}
+
+bool append_or_hold(partial_line &line, char byte)
+{
+    if (!append_held_return(line)) {
+        return false;
+    }
+    line.holds_return = byte == '\r';
+    return line.holds_return || append(line, byte);
+}
+
+/// Reads a line of 1 to \p size - 1 bytes that ends in LF, CR LF or the end of the file.
+read_result read_line(char *text, std::size_t size)
+{
+    partial_line line = {text, size, 0, false};
     char byte = '\0';
     while (read_byte(byte)) {
         if (byte == '\n') {
-            line[length] = '\0';
-            return length > 0 ? READ_DONE : READ_INVALID;
+            text[line.length] = '\0';
+            return line.length > 0 ? READ_DONE : READ_INVALID;
         }
-        if (byte == '\0' || length == size - 1) {
+        if (!append_or_hold(line, byte)) {
             return READ_INVALID;
         }
-        line[length++] = byte;
     }
     if (errno != 0) {
         return READ_FAILED;
     }
-    line[length] = '\0';
-    return length > 0 ? READ_DONE : READ_END;
+    if (!append_held_return(line)) {
+        return READ_INVALID;
+    }
+    text[line.length] = '\0';
+    return line.length > 0 ? READ_DONE : READ_END;
 }
 
 void report_read_result(read_result result, int error)

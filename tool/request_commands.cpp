@@ -1,7 +1,9 @@
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
+#include <strings.h>
 #include <vector>
 
 #include "support/error.h"
@@ -90,10 +92,21 @@ bool write_reply(const command_line &line, const reply_texts &reply)
                                   : show_reply_text(reply.body);
 }
 
+/// Whether a media type is that of a form, whatever its parameters are.
+bool is_form_type(const std::string &type)
+{
+    constexpr char form_type[] = "application/x-www-form-urlencoded";
+    const std::string name = type.substr(0, type.find(';'));
+    const std::size_t start = std::min(name.find_first_not_of(' '), name.size());
+    const std::size_t end = name.find_last_not_of(' ') + 1;
+    return start < end && strcasecmp(name.substr(start, end - start).c_str(), form_type) == 0;
+}
+
 request_details details_of(const command_line &line, const request_content &request,
                            std::string &form)
 {
-    request_details details = {line.operands[0], request.method, "", "", request.type == nullptr};
+    request_details details = {line.operands[0], request.method, "", "",
+                               request.type == nullptr || is_form_type(request.type)};
     if (request.type == nullptr) {
         build_form_body(static_cast<int>(request.fields.size()), request.fields.data(),
                         details.header_lines, form);

@@ -52,10 +52,31 @@ TEST(Complaint, OfTheCommandLineRefersToTheHelp)
 
 TEST(Complaint, OfAMalformedProxyShowsTheUsage)
 {
-    const ProgramResult result = run_corvella({"get", "http://h/", "-proxy", "h"});
-    EXPECT_EQ(result.exit_status, 2);
-    EXPECT_EQ(result.err, error_text("-proxy takes host:port, with a port from 1 to 65535.") +
-                              run_corvella({"-help"}).out);
+    for (const char *const proxy : {"h", ":8080"}) {
+        const ProgramResult result = run_corvella({"get", "http://h/", "-proxy", proxy});
+        EXPECT_EQ(result.exit_status, 2);
+        EXPECT_EQ(result.err, error_text("-proxy takes host:port, with a port from 1 to 65535.") +
+                                  run_corvella({"-help"}).out);
+    }
+}
+
+TEST(Complaint, OfAnEmptyArgumentNamesItsOption)
+{
+    const struct {
+        std::vector<std::string> arguments;
+        std::string option;
+    } cases[] = {
+        {{"get", "http://h/", "-output", ""}, "-output"},
+        {{"post", "http://h/", "-data", ""}, "-data"},
+        {{"update", "-product", "", "-productline", "L", "-version", "1"}, "-product"},
+        {{"update", "-product", "P", "-productline", "", "-version", "1"}, "-productline"},
+    };
+    for (const auto &[arguments, option] : cases) {
+        const ProgramResult result = run_corvella(arguments);
+        EXPECT_EQ(result.exit_status, 2) << option;
+        EXPECT_EQ(result.out, "") << option;
+        EXPECT_EQ(result.err, usage_error_text(option + " takes a name that is not empty."));
+    }
 }
 
 TEST(Complaint, IsFramedInAnAutomatedRun)

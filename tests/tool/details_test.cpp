@@ -145,6 +145,21 @@ TEST(VerboseOption, ShowsStarsInPlaceOfSecretsOfABody)
               "text=say%20****\n");
 }
 
+TEST(VerboseOption, ShowsStarsInPlaceOfSecretsOfAForm)
+{
+    const TemporaryDirectory directory;
+    const std::string data = directory.write("data", "user=me&password=sesame");
+    for (const char *const type :
+         {"application/x-www-form-urlencoded", "Application/X-WWW-Form-URLEncoded",
+          "application/x-www-form-urlencoded;charset=utf-8",
+          " application/x-www-form-urlencoded ; charset=utf-8"}) {
+        EXPECT_EQ(shown_body({"-data", data, "-type", type}), "user=me&password=****\n") << type;
+    }
+    for (const char *const type : {"text/plain", "application/x-www-form-urlencoded2", ";", " "}) {
+        EXPECT_EQ(shown_body({"-data", data, "-type", type}), "user=me&password=sesame\n") << type;
+    }
+}
+
 TEST(VerboseOption, ShowsTheBeginningOfALongBody)
 {
     const TemporaryDirectory directory;

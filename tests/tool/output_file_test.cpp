@@ -5,20 +5,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "tests/harness/full_device.h"
 #include "tests/harness/temporary_directory.h"
-#include "tests/harness/terminal.h"
 #include "tests/tool/program_under_test.h"
 
 namespace {
 
 using Names = std::vector<std::string>;
-
-bool is_device(const std::string &path)
-{
-    struct stat status = {};
-    return lstat(path.c_str(), &status) == 0 && S_ISCHR(status.st_mode);
-}
 
 TEST(OutputOption, WritesTheBodyToTheFileInsteadOfStandardOutput)
 {
@@ -137,7 +129,6 @@ TEST(OutputOption, IsCheckedBeforeTheRequest)
         {directory.path("new/"), "No such file or directory"},
         {directory.path("folder"), "Is a directory"},
         {directory.path("file/page"), "Not a directory"},
-        {"", "No such file or directory"},
     };
     ScriptedServer server(replying(good_reply("body")));
     for (const auto &[path, reason] : cases) {
@@ -168,39 +159,6 @@ TEST(OutputOption, TheLastOneCounts)
                       directory.path("second")});
     EXPECT_EQ(result.exit_status, 0) << result.err;
     EXPECT_EQ(directory.names(), Names{"second"});
-}
-
-TEST(OutputOption, ATerminalGetsPrintableText)
-{
-    for (const char *const path : {"/dev/tty", "/dev/stdout"}) {
-        Terminal terminal;
-        ScriptedServer server(replying(good_reply("a\x1b[2Jb\n")));
-        ProgramOptions options;
-        options.out = terminal.program_end();
-        options.err = terminal.program_end();
-        options.prepare = [&terminal] { terminal.become_controlling(); };
-        const ProgramResult result =
-            run_corvella({"get", "-quiet", url_of(server), "-output", path}, options);
-        EXPECT_EQ(result.exit_status, 0);
-        EXPECT_EQ(terminal.written(), "a?[2Jb\r\n") << path;
-    }
-}
-
-TEST(OutputOption, AFullDeviceIsAFailureAndStaysADevice)
-{
-    SKIP_WITHOUT_FULL_DEVICE();
-    const ProgramResult result = get_into("/dev/full", "body");
-    EXPECT_EQ(result.exit_status, 1);
-    EXPECT_TRUE(contains(result.err, "/dev/full")) << result.err;
-    EXPECT_TRUE(contains(result.err, "No space left on device")) << result.err;
-    EXPECT_TRUE(is_device("/dev/full"));
-}
-
-TEST(OutputOption, ADeviceIsWrittenTo)
-{
-    EXPECT_EQ(get_into("/dev/null", "body").exit_status, 0);
-    EXPECT_TRUE(is_device("/dev/null"));
-    EXPECT_EQ(get_into("/dev/stdout", "body").out, "body");
 }
 
 /// Standard output in a file that says something already, with this flag beside the usual ones.

@@ -100,11 +100,13 @@ TEST(OutputOption, RefusesASocketAndLeavesIt)
     std::memcpy(address.sun_path, path.c_str(), path.size());
     const int socket_of_others = socket(AF_UNIX, SOCK_STREAM, 0);
     ASSERT_EQ(bind(socket_of_others, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
-    const ProgramResult result = get_into(path, "body");
+    ScriptedServer server(replying(good_reply("body")));
+    const ProgramResult result = run_corvella({"get", url_of(server), "-output", path});
     close(socket_of_others);
     EXPECT_EQ(result.exit_status, 1);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, error_text("Write of " + path + " failed: No such device or address"));
+    EXPECT_EQ(server.connection_count(), 0U);
     EXPECT_EQ(type_of(path), static_cast<mode_t>(S_IFSOCK));
     EXPECT_EQ(directory.names(), Names{"s"});
 }

@@ -94,8 +94,8 @@ TEST(ServerLogin, HasRoomFor255Bytes)
 
 TEST(PasswordInput, IsOneLine)
 {
-    for (const std::string input :
-         {"open sesame\n", "open sesame", "open sesame\nmore\n", "open sesame\n\n"}) {
+    for (const std::string input : {"open sesame\n", "open sesame", "open sesame\nmore\n",
+                                    "open sesame\n\n", "open sesame\r\n"}) {
         for (const Arguments &login :
              {Arguments{"-user", "user"}, Arguments{"-user", "user", "-pass", "-"},
               Arguments{"-pass=-", "-user", "user"}}) {
@@ -108,6 +108,16 @@ TEST(PasswordInput, IsOneLine)
             EXPECT_TRUE(contains(only_request(server), login_line)) << input;
         }
     }
+}
+
+// "u:a", CR, "b", CR
+TEST(PasswordInput, DropsOneCarriageReturnBeforeTheLineFeed)
+{
+    ScriptedServer server(replying(good_reply("body")));
+    const Arguments arguments = {"get", url_of(server), "-user", "u"};
+    EXPECT_EQ(run_with_input(arguments, "a\rb\r\r\n").exit_status, 0);
+    EXPECT_EQ(run_with_input(arguments, std::string(255, 'x') + "\r\n").exit_status, 0);
+    EXPECT_TRUE(contains(server.requests().at(0), "Basic dTphDWIN\r\n"));
 }
 
 TEST(PasswordInput, MayBeTheProxys)
@@ -140,9 +150,9 @@ TEST(PasswordInput, IsReadAfterUsageErrors)
 TEST(PasswordInput, IsReadAfterTheOutputFileWasChecked)
 {
     const ProgramResult result =
-        run_with_input({"get", "http://127.0.0.1:1/", "-user", "user", "-output", ""}, "");
+        run_with_input({"get", "http://127.0.0.1:1/", "-user", "user", "-output", "/"}, "");
     EXPECT_EQ(result.exit_status, 1);
-    EXPECT_EQ(result.err, error_text("Write of  failed: No such file or directory"));
+    EXPECT_EQ(result.err, error_text("Write of / failed: Is a directory"));
 }
 
 TEST(PasswordInput, FailsWithoutAPassword)
@@ -155,6 +165,9 @@ TEST(PasswordInput, FailsWithoutAPassword)
         {"", "Standard input ends before the password."},
         {"\n", invalid},
         {"\nsesame\n", invalid},
+        {"\r\n", invalid},
+        {std::string(255, 'x') + "\r", invalid},
+        {std::string(255, 'x') + "\r\r\n", invalid},
         {std::string(256, 'x') + "\n", invalid},
         {std::string("open\0sesame\n", 12), invalid},
     };

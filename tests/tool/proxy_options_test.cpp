@@ -65,13 +65,15 @@ TEST(ProxyOptions, WithoutAProxyUserAndPasswordAreNotSent)
     EXPECT_FALSE(contains(only_request(server), "Authorization"));
 }
 
-// Deliberate: an empty host means that there is no proxy.
-TEST(ProxyOptions, AnEmptyHostIsADirectConnection)
+// The request would go to the server, with the credentials of the proxy.
+TEST(ProxyOptions, AnEmptyHostSendsNothing)
 {
     ScriptedServer server(replying(good_reply("direct")));
-    const ProgramResult result = run_corvella({"get", url_of(server), "-proxy", ":8080"});
-    EXPECT_EQ(result.exit_status, 0) << result.err;
-    EXPECT_EQ(result.out, "direct");
+    const ProgramResult result = run_corvella(
+        {"get", url_of(server), "-proxy", ":8080", "-proxy-user", "u", "-proxy-pass", "p"});
+    EXPECT_EQ(result.exit_status, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(server.connection_count(), 0U);
 }
 
 TEST(ProxyOptions, ADeadProxyIsAFailureThatNamesTheWebServer)

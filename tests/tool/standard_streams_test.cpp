@@ -153,14 +153,44 @@ TEST(StandardOutput, ThatIsClosedDoesNotMatterToAnOutputFile)
 // The number of a closed descriptor is given to the next one that is opened: the connection, say.
 TEST(StandardOutput, ThatIsClosedSendsNothingToTheServer)
 {
+    for (const bool closes_input : {false, true}) {
+        for (const bool closes_output : {false, true}) {
+            ProgramOptions options;
+            options.err = CLOSED;
+            options.out = closes_output ? static_cast<int>(CLOSED) : ProgramOptions::captured;
+            if (closes_input) {
+                options.prepare = [] { close(STDIN_FILENO); };
+            }
+            ScriptedServer server({collect_request(),
+                                   send_bytes("HTTP/1.0 404 Not Found\r\n\r\nbody"), half_close(),
+                                   collect_to_end()});
+            EXPECT_EQ(run_corvella({"get", "-verbose", url_of(server)}, options).exit_status, 1);
+            const std::string request = only_request(server);
+            EXPECT_EQ(request.find("\r\n\r\n") + 4, request.size()) << request;
+        }
+    }
+}
+
+TEST(StandardOutput, ThatIsClosedDoesNotMatterToTheNullDevice)
+{
     ProgramOptions options;
     options.out = CLOSED;
-    options.err = CLOSED;
-    ScriptedServer server({collect_request(), send_bytes("HTTP/1.0 404 Not Found\r\n\r\nbody"),
-                           half_close(), collect_to_end()});
-    EXPECT_EQ(run_corvella({"get", url_of(server)}, options).exit_status, 1);
-    const std::string request = only_request(server);
-    EXPECT_EQ(request.find("\r\n\r\n") + 4, request.size()) << request;
+    const ProgramResult result = get_into("/dev/null", "body", options);
+    EXPECT_EQ(result.exit_status, 0) << result.err;
+}
+
+TEST(StandardOutput, ThatIsFullIsReportedOnce)
+{
+    SKIP_WITHOUT_FULL_DEVICE();
+    const FullDevice full;
+    ProgramOptions options;
+    options.out = full.descriptor();
+    ScriptedServer server(replying(good_reply("body")));
+    // The hook's half of the message is framed on standard output, which is full.
+    EXPECT_EQ(run_corvella({"get", "-automated", url_of(server)}, options).err,
+              "Error: Write of standard output failed: No space left on device\n");
+    EXPECT_EQ(run_corvella({"get", "-header", url_of(server)}, options).err,
+              error_text("Write of standard output failed: No space left on device"));
 }
 
 /// A pipe that nobody reads.
