@@ -1,13 +1,14 @@
 /// \file
-/// The support utilities: text, formatting, numbers, files, the machine, clocks and the calendar.
+/// The support utilities: strings, formatting, numbers, files, the machine, clocks and the
+/// calendar.
 ///
-/// Texts are NUL-terminated bytes in no particular encoding, and sizes count bytes, a NUL included.
-/// Functions that copy and transform take the source first and the caller's destination second;
-/// plain copies name the destination first, as the standard library's do.
+/// Strings are NUL-terminated bytes in no particular encoding, and sizes count bytes, including the
+/// NUL. Functions that copy and transform have the source first and the caller's destination
+/// second; plain copies have the destination first, like the standard library's.
 ///
-/// The caller's duty, where it is not said otherwise: no pointer is null, source and destination do
-/// not overlap, and the destination has room for the result. Everything else that can be given, any
-/// byte and any number, is answered as the comments say.
+/// Except where documented otherwise, the caller passes no null pointer, a source and a destination
+/// that do not overlap, and a destination with room for the result. Every other argument, any byte
+/// and any number, is handled as the comments describe.
 #pragma once
 
 #include "support/c-utils/bell.h"

@@ -2,12 +2,11 @@
 /// The message and error facility: messages, the indented print path, the time-stamp recorder,
 /// assertions and aborts, checked allocation.
 ///
-/// Texts are NUL-terminated bytes in no particular encoding, and sizes count bytes. Where it is not
-/// said otherwise no pointer may be null and no two texts of a call may overlap: that much is the
-/// caller's duty, whatever else is given is answered as the comments say. Formats are those of
-/// printf (ISO C), and it is the caller's duty that the arguments fit them; the compiler checks it.
-/// Single-threaded, like the whole layer: nothing is locked, and nothing may be called from a
-/// signal handler.
+/// Strings are NUL-terminated bytes in no particular encoding, and sizes count bytes. Except where
+/// documented otherwise, no pointer may be null and no two strings of a call may overlap; every
+/// other argument is handled as the comments describe. Formats are those of printf (ISO C): the
+/// caller passes the arguments that a format needs, and the compiler checks them. The layer is
+/// single-threaded: nothing is locked, and nothing may be called from a signal handler.
 #pragma once
 
 #include "support/error/abort.h"

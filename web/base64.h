@@ -4,14 +4,18 @@
 
 #pragma GCC visibility push(default)
 
-/// \return the length of \p n bytes in base64, the NUL not counted: ((n + 2) / 3) * 4, where the
-/// division truncates towards zero; wrapped to 32 bits where it does not fit them (\p n above
-/// 1,610,612,733 or below -1,610,612,740).
+/// Returns the length of the base64 of \p n bytes, not counting the NUL.
+/// \param n the number of bytes, any integer
+/// \return ((n + 2) / 3) * 4, where the division truncates towards zero. The result wraps to 32
+/// bits if \p n is above 1,610,612,733 or below -1,610,612,740.
 int base64_encoded_length(int n);
 
-/// Encodes \p n bytes of \p source into \p destination, which must hold base64_encoded_length() + 1
-/// bytes (as a number that has not wrapped), and ends it with NUL. An \p n below 1 gives "", and
-/// \p source may then be null. \return \p destination.
+/// Encodes bytes in base64.
+/// \param source the bytes; may be null if \p n is below 1
+/// \param n the number of bytes; a number below 1 gives ""
+/// \param destination receives the base64 and a NUL; needs base64_encoded_length() + 1 bytes, a
+///     number that must not have wrapped
+/// \return \p destination.
 char *base64_encode(const void *source, int n, char *destination);
 
 #pragma GCC visibility pop

@@ -1,5 +1,5 @@
 /// \file
-/// The header lines of a reply (RFC 1945 section 4.2), and the length that they announce.
+/// The header lines of a reply (RFC 1945 section 4.2), and the check of its Content-Length.
 #pragma once
 
 #pragma GCC visibility push(default)
@@ -24,13 +24,13 @@ const char *find_reply_header(const char *header, const char *name, char *buffer
 /// Compares the length of a reply's body with its Content-Length.
 ///
 /// The reply is complete if the body has at least the announced bytes, if there is no
-/// Content-Length line, or if its value is not made of ASCII digits only. The bytes that a NUL
-/// discarded are missing from the body. A number beyond 63 bits counts as the greatest. The status
+/// Content-Length line, or if its value is not made of ASCII digits only. Bytes that a NUL
+/// discarded are missing from the body. The number saturates to 63 bits. The status
 /// is not checked: the caller decides whether a reply such as 204 or 304 has a body at all.
 ///
-/// \param header,body the texts of web_transaction(); null counts as ""
+/// \param header,body the strings of web_transaction(); null counts as ""
 /// \return 0 if the reply is complete, otherwise -1 with the reason in web_last_error().
-/// \throws std::bad_alloc when memory for the reason is exhausted.
+/// \throws std::bad_alloc if memory for the reason is exhausted.
 int check_reply_complete(const char *header, const char *body);
 
 #pragma GCC visibility pop

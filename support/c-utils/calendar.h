@@ -3,8 +3,8 @@
 /// Processing Calendar Dates", Communications of the ACM 11 (1968), page 657. Day 2451545 is
 /// 1 January 2000, day 2440588 is 1 January 1970.
 ///
-/// The calendar is the Gregorian one, also before its introduction; the functions are exact from
-/// year 1 on and defined for every argument: nothing is range-checked, results wrap to 32 bits.
+/// The calendar is Gregorian, also for dates before its introduction. The functions are exact from
+/// year 1 on and defined for every argument: nothing is range-checked, and results wrap to 32 bits.
 #pragma once
 
 #include <cstdint>
@@ -14,38 +14,60 @@
 /// "???", "jan", "feb", ... "dec", indexed by month number from 1 on.
 extern const char *const month_names[13];
 
-/// Reads an English month name by its first three characters, which it lower-cases in place, one
-/// at a time up to a NUL; what is behind them is not looked at. \return 1 to 12, or 0.
+/// Parses an English month name by its first three characters.
+/// \param text the name. Its first three characters are lower-cased in place, one at a time up to a
+///     NUL; the characters after them are not read.
+/// \return 1 to 12, or 0 if \p text is not a month.
 int month_from_name(char *text);
 
-/// \return the day number of a date; a day beyond its month counts on into the next.
+/// Converts a date to a day number.
+/// \param year,month,day the date; a day after the end of its month counts on into the next month
+/// \return the day number.
 std::int32_t day_number_from_date(std::int32_t year, std::int32_t month, std::int32_t day);
 
-/// Stores the date of a day number: month 1 to 12 and day 1 to 31 from year 1 on.
+/// Converts a day number to a date.
+/// \param day_number the day number
+/// \param year receives the year
+/// \param month receives the month, 1 to 12 from year 1 on
+/// \param day receives the day of the month, 1 to 31 from year 1 on
 void date_from_day_number(std::int32_t day_number, std::int32_t *year, std::int32_t *month,
                           std::int32_t *day);
 
-/// Writes a date as 1-jan-2000 into \p buffer, at most 24 bytes with the NUL, whatever the day
-/// number. \return \p buffer.
+/// Formats a date as 1-jan-2000.
+/// \param day_number any number
+/// \param buffer receives at most 24 bytes, including the NUL
+/// \return \p buffer.
 char *format_date_long(std::int32_t day_number, char *buffer);
 
-/// Writes a date as 1jan00 into \p buffer, at most 24 bytes with the NUL. The year is counted from
-/// 2000 when it is below 2100, deliberately also before 2000 (31dec-01), and written whole from
-/// 2100 on. \return \p buffer.
+/// Formats a date as 1jan00.
+///
+/// From 2100 on, the year is written in full. Before, it is the year less 2000. On purpose: this
+/// includes years before 2000, so that 31 December 1999 is 31dec-01.
+///
+/// \param day_number any number
+/// \param buffer receives at most 24 bytes, including the NUL
+/// \return \p buffer.
 char *format_date_compact(std::int32_t day_number, char *buffer);
 
-/// \return the day number of today's date in the local time zone; 0 when the system cannot form the
-/// date of its time, whose year may not fit. A time that it cannot tell reads, deliberately, as the
-/// last second before 1970, which is what time (POSIX) gives then: nothing tells the two apart.
-/// Uses the process-wide result of localtime (POSIX).
+/// Returns the day number of today's date in the local time zone.
+///
+/// Uses the process-wide result of localtime (POSIX). On purpose: if the system cannot read the
+/// time, it counts as the last second before 1970, which is what time (POSIX) then returns; the two
+/// are indistinguishable.
+///
+/// \return the day number; 0 if localtime fails, for example because the year does not fit.
 std::int32_t today_day_number();
 
-/// Reads a date in the compact form: a day from 1 to 31, the three letters of a month right behind
-/// it, a year. A year below 2000 gets 2000 added, deliberately also one of four digits. The day is
-/// not checked against the month: 31feb2009 is the third of March. White space may stand before the
-/// two numbers, a sign too; a number beyond 32 bits counts as the nearest one inside.
-/// \return the number of characters read, with the day number in \p day_number; -1, with
-/// \p day_number untouched, for any other text.
+/// Parses a date in the compact form: a day from 1 to 31, a month of three letters directly after
+/// it, and a year.
+///
+/// White space and a sign may precede either number, which saturates to 32 bits. The day is not
+/// checked against the month: 31feb2009 is the third of March. A year below 2000 gets 2000 added;
+/// on purpose, so does a year of four digits.
+///
+/// \param text the string; characters after the date are not read
+/// \param day_number receives the day number; unchanged on failure
+/// \return the number of characters read, or -1 if \p text is not a date.
 int parse_date(const char *text, std::int32_t *day_number);
 
 #pragma GCC visibility pop

@@ -4,14 +4,18 @@
 
 #pragma GCC visibility push(default)
 
-/// Copies \p source to \p destination with each occurrence of \p pattern replaced. The search goes
-/// on behind an occurrence; replacements are not searched again. The copies are overlap-safe:
-/// \p destination may be \p source when the replacement is not longer than the pattern. An empty
-/// pattern occurs nowhere. The destination needs the source's length, the difference of the two
-/// lengths for each occurrence, and a NUL.
+/// Copies a string and replaces each occurrence of a pattern.
 ///
-/// \return deliberately not the destination but the place in it where the rest behind the last
-/// occurrence was written.
+/// The search continues after an occurrence; replacements are not searched again.
+///
+/// \param pattern the string to search for; "" never occurs
+/// \param replacement the string to write instead
+/// \param source the string to copy
+/// \param destination receives the copy. May be \p source if the replacement is not longer than the
+///     pattern. Needs the length of \p source, the difference of the two lengths for each
+///     occurrence, and a NUL.
+/// \return the place in \p destination of the rest after the last occurrence. On purpose: not
+/// \p destination itself.
 char *replace_all_substrings(const char *pattern, const char *replacement, const char *source,
                              char *destination);
 

@@ -1,16 +1,24 @@
 /// \file
-/// Shrinking runs of white space.
+/// Collapsing runs of white space.
 #pragma once
 
 #pragma GCC visibility push(default)
 
-/// Drops a space at the very start and each space that follows a space, so that leading spaces
-/// vanish and runs become one; a single trailing space stays. Only the space character counts.
-/// Source and destination may be the same text. \return \p destination.
+/// Drops leading spaces and collapses each run of spaces to one.
+///
+/// A single trailing space remains. Other white space is copied unchanged.
+///
+/// \param source the string
+/// \param destination receives the result; may be \p source
+/// \return \p destination.
 char *collapse_spaces(const char *source, char *destination);
 
-/// In place: each white-space character becomes a space, leading ones are dropped, and runs shrink
-/// to one space, to two behind a ".". A single trailing space stays. \return \p text.
+/// Drops leading white space and collapses each run to one space, or two after a ".", in place.
+///
+/// A single trailing space remains. Every white-space character becomes a space.
+///
+/// \param text the string
+/// \return \p text.
 char *normalize_spaces_in_place(char *text);
 
 #pragma GCC visibility pop

@@ -1,29 +1,35 @@
 /// \file
-/// Allocation that throws instead of returning null. The blocks are ordinary blocks of the system
-/// allocator: they belong to the caller, who gives them back with checked_free() or free().
+/// Allocation that throws instead of returning null. The caller owns each block and releases it
+/// with checked_free() or free(): the blocks come from the system allocator.
 #pragma once
 
 #include <cstddef>
 
 #pragma GCC visibility push(default)
 
-/// \return a block of \p size bytes with undefined content; null for size 0, and only then.
-/// \throws std::bad_alloc when memory is exhausted.
+/// Allocates a block of undefined content.
+/// \param size in bytes
+/// \return the block; null if \p size is 0, and only then.
+/// \throws std::bad_alloc if memory is exhausted.
 void *checked_malloc(std::size_t size);
 
-/// Resizes \p pointer to \p new_size bytes, or allocates them when it is null. The content is kept
-/// up to the smaller size; the block may move. \p old_size is not used. A \p new_size of 0 gives a
-/// block of the least size, never null.
-/// \return the block, which takes the place of \p pointer.
-/// \throws std::bad_alloc when memory is exhausted; the old block is then valid and the caller's.
+/// Resizes a block, keeping its content up to the smaller size. The block may move.
+/// \param pointer the block; null allocates a new one
+/// \param old_size ignored
+/// \param new_size in bytes; 0 gives a block of the least size, never null
+/// \return the block, which replaces \p pointer.
+/// \throws std::bad_alloc if memory is exhausted; \p pointer then stays valid and the caller's.
 void *checked_realloc(void *pointer, std::size_t old_size, std::size_t new_size);
 
-/// \return a new block that holds a copy of \p text with its NUL and \p extra more bytes, whose
-/// content is undefined.
-/// \throws std::bad_alloc when memory is exhausted or the size cannot be held in a std::size_t.
+/// Copies a string into a new block with room to grow.
+/// \param text the string
+/// \param extra bytes allocated after the NUL; their content is undefined
+/// \return the copy.
+/// \throws std::bad_alloc if memory is exhausted or the size does not fit into a std::size_t.
 char *checked_strdup(const char *text, std::size_t extra);
 
-/// Gives back a block of the functions above, or of the system allocator. Null does nothing.
+/// Releases a block of the functions above or of the system allocator.
+/// \param pointer the block; null does nothing
 void checked_free(void *pointer);
 
 #pragma GCC visibility pop

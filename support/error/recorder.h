@@ -1,14 +1,18 @@
 /// \file
-/// The time-stamp recorder: a fixed point that every reported message and raw text passes.
+/// The time-stamp recorder, which receives each reported message and raw string.
 #pragma once
 
 #pragma GCC visibility push(default)
 
-/// Composes the record of one line: the local time in the 24-character form of ctime (POSIX), ": ",
-/// at most 4056 characters of \p text without its trailing carriage returns and line feeds, and a
-/// newline. The record goes nowhere, deliberately; what is kept is the time of the last record and
-/// the number of records that came without a gap of more than 60 seconds. A year that ctime cannot
-/// write gives question marks for the time.
+/// Formats a time-stamped record of one line, and counts it.
+///
+/// The record is the local time in the 24-character form of ctime (POSIX), ": ", the text and a
+/// newline. A year that ctime cannot write gives question marks for the time.
+///
+/// On purpose: the record is not written anywhere. The recorder keeps only the time of the last
+/// record, and the number of records since the last gap of more than 60 seconds.
+///
+/// \param text truncated to 4056 characters; trailing carriage returns and line feeds are dropped
 /// \return the length of the record without its newline.
 int record_timestamped_line(const char *text);
 
