@@ -39,7 +39,7 @@ void restore_and_repeat(int signal)
     const int error = errno;
     tcsetattr(STDIN_FILENO, TCSAFLUSH, &usual_terminal);
     show("\n");
-    std::raise(signal); // reset to the default by SA_RESETHAND, not blocked by SA_NODEFER
+    kill(getpid(), signal); // reset to the default by SA_RESETHAND, not blocked by SA_NODEFER
     catch_signal(signal);
     ask();
     errno = error;

@@ -6,7 +6,7 @@
 namespace corvella {
 namespace {
 
-constexpr std::size_t boundary = 64 * 1024; // a multiple of every page size
+constexpr std::size_t boundary = std::size_t{64} << 10; // a multiple of every page size
 
 } // namespace
 

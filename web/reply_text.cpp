@@ -11,8 +11,9 @@ namespace corvella {
 namespace {
 
 constexpr std::size_t least_capacity = 512;
-constexpr std::size_t least_populated_length = 4 * 1024 * 1024;
-constexpr std::size_t most_populated_ahead = 2 * 1024 * 1024;
+constexpr std::size_t mebibyte = std::size_t{1} << 20;
+constexpr std::size_t least_populated_length = 4 * mebibyte;
+constexpr std::size_t most_populated_ahead = 2 * mebibyte;
 constexpr std::size_t greatest_capacity = PTRDIFF_MAX; // what differences of pointers can hold
 
 /// Resizes the block. \return whether it worked; if not, the block is what it was.

@@ -63,8 +63,9 @@ std::string wrapped(std::string text, int width)
     return text.c_str();
 }
 
-int parsed_option(std::string element, const char *short_options)
+int parsed_option(const std::string &text, const char *short_options)
 {
+    std::string element = text;
     char program[] = "prog";
     char *vector[] = {program, element.data(), nullptr};
     option_index = 0;
@@ -238,7 +239,7 @@ TEST(TurkishLetterI, HasCapitalsOfItsOwn)
     }
     char lowered[8];
     string_to_lower("I\xddQ", lowered);
-    EXPECT_EQ(lowered, "\xfdiq"s);
+    EXPECT_STREQ(lowered, "\xfdiq");
     EXPECT_EQ(transformed(string_to_upper, "i\xfdq"), "\xddIQ");
     EXPECT_EQ(transformed(underscores_to_camel_case, "_id"), "\xdd"s + "d");
     std::int32_t day = 0;
