@@ -25,12 +25,19 @@ struct line_state {
     int waited_seconds;        ///< as shown; 0 if not shown
     std::uint32_t shown_since; ///< in milliseconds
     std::uint32_t last_sent;   ///< when show_sent() was called last, in milliseconds
+    std::size_t received;      ///< bytes of the body so far
+    std::size_t received_shown;
+    int received_seconds; ///< as shown with received_shown
 };
 
-line_state state = {{"", 0, nullptr}, phase::none, 0, 0, 0};
+const line_state no_line = {{"", 0, nullptr}, phase::none, 0, 0, 0, 0, 0, 0};
+line_state state = no_line;
 
-/// Columns that the line fills on the terminal. The signal handler reads it too.
-volatile std::sig_atomic_t filled_columns = 0;
+/// Columns that the line fills on the terminal.
+std::size_t filled_columns = 0;
+/// Columns to erase: those of the line and of each "^C" that the terminal echoes after it, within
+/// the terminal's width. The signal handler reads it too.
+volatile std::sig_atomic_t erased_columns = 0;
 
 /// Checked each time: a program may be sent to the background while it waits.
 bool has_a_watcher()
@@ -54,22 +61,24 @@ void draw(std::string text)
     if (!has_a_watcher()) {
         return;
     }
+    constexpr std::size_t echo_columns = 4; // "^C^C"
     const std::size_t columns = usable_columns();
     text.resize(std::min(text.size(), columns));
-    const std::size_t length = text.size();
-    const std::size_t filled = std::min(static_cast<std::size_t>(filled_columns), columns);
-    text.resize(std::max(length, filled), ' ');
-    filled_columns = static_cast<std::sig_atomic_t>(text.size());
+    // The cursor never moves back, so that an echo is always within the columns to erase.
+    text.resize(std::max(text.size(), std::min(filled_columns, columns)), ' ');
+    filled_columns = text.size();
+    erased_columns =
+        static_cast<std::sig_atomic_t>(std::min(filled_columns + echo_columns, columns));
     print_indented("\r%s", text.c_str());
-    filled_columns = static_cast<std::sig_atomic_t>(length);
 }
 
 void erase()
 {
-    if (filled_columns > 0 && has_a_watcher()) {
-        print_indented("\r%*s\r", static_cast<int>(filled_columns), "");
+    if (erased_columns > 0 && has_a_watcher()) {
+        print_indented("\r%*s\r", static_cast<int>(erased_columns), "");
     }
     filled_columns = 0;
+    erased_columns = 0;
 }
 
 /// Safe in a signal handler.
@@ -141,10 +150,23 @@ bool is_sending()
            current_time_milliseconds() - state.last_sent < patience;
 }
 
-void show_waiting(void *)
+void draw_received()
 {
     const int seconds = seconds_so_far();
-    if (!is_sending() && seconds > state.waited_seconds && has_a_watcher()) {
+    const bool is_news = state.received != state.received_shown || seconds > state.received_seconds;
+    if (is_news && is_due(phase::receiving)) {
+        state.received_shown = state.received;
+        state.received_seconds = seconds;
+        draw_bytes("Received", state.received, announced_length());
+    }
+}
+
+void show_progress(void *)
+{
+    const int seconds = seconds_so_far();
+    if (state.received > 0) {
+        draw_received();
+    } else if (!is_sending() && seconds > state.waited_seconds && has_a_watcher()) {
         state.waited_seconds = seconds;
         draw("Waiting for the web site: " + std::to_string(seconds) + " s");
     }
@@ -154,8 +176,10 @@ void show_waiting(void *)
 
 void begin_progress_line(const progress_facts &facts)
 {
-    state = {facts, phase::connecting, 0, 0, 0};
-    set_web_idle_callback(show_waiting, nullptr);
+    state = no_line;
+    state.facts = facts;
+    state.shown = phase::connecting;
+    set_web_idle_callback(show_progress, nullptr);
     set_web_send_callback(show_sent, nullptr);
     if (!facts.peer.empty()) {
         draw("Connecting to " + facts.peer + "...");
@@ -167,16 +191,16 @@ void end_progress_line()
     set_web_idle_callback(nullptr, nullptr);
     set_web_send_callback(nullptr, nullptr);
     erase();
-    state = {{"", 0, nullptr}, phase::none, 0, 0, 0};
+    state = no_line;
 }
 
 void erase_progress_line_in_handler()
 {
-    if (filled_columns == 0 || tcgetpgrp(STDERR_FILENO) != getpgrp()) {
+    if (erased_columns == 0 || tcgetpgrp(STDERR_FILENO) != getpgrp()) {
         return;
     }
     write_byte('\r');
-    for (std::sig_atomic_t i = 0; i < filled_columns; ++i) {
+    for (std::sig_atomic_t i = 0; i < erased_columns; ++i) {
         write_byte(' ');
     }
     write_byte('\r');
@@ -189,8 +213,9 @@ void show_connected()
 
 void show_received(std::size_t received)
 {
-    if (state.shown != phase::none && is_due(phase::receiving)) {
-        draw_bytes("Received", received, announced_length());
+    if (state.shown != phase::none) {
+        state.received = received;
+        draw_received();
     }
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <csignal>
 #include <cstring>
+#include <ctime>
 #include <string>
 #include <sys/time.h>
 #include <unistd.h>
@@ -25,19 +26,26 @@ struct last_words {
     std::string out;
 };
 
-/// After the first expiry the timer expires again this often, so that a signal between two system
-/// calls is not missed.
-constexpr suseconds_t repeat_microseconds = 100000;
-/// Expiries until the handler ends the program: half a second after the first.
-constexpr int most_expiries = 6;
+/// Once connected, the timer expires this often: it interrupts the waits of the web client, which
+/// then check the flag and call the idle callback.
+constexpr suseconds_t tick_microseconds = 100000;
+constexpr double ticks_per_second = 10.0;
+/// Ticks from the request to stop until the handler ends the program: half a second.
+constexpr int most_overdue_ticks = 6;
 
 // SIGINT and SIGALRM as they are outside an exchange.
 struct sigaction usual_interrupt = {};
 struct sigaction usual_alarm = {};
 
 volatile std::sig_atomic_t interrupted = 0;
-volatile std::sig_atomic_t expiries = 0;
 volatile std::sig_atomic_t connected = 0;
+volatile std::sig_atomic_t limited = 0;
+volatile std::sig_atomic_t time_is_over = 0;
+/// Once connected: ticks until the limit, and the second in which it is over even if ticks were
+/// lost, as those of a suspended program are.
+volatile std::sig_atomic_t ticks_left = 0;
+time_t latest_second = 0;
+volatile std::sig_atomic_t overdue_ticks = 0;
 
 std::string limit_text;
 last_words words_of_limit;
@@ -86,35 +94,77 @@ void write_whole(int descriptor, const std::string &text)
     _exit(cancelled ? EXIT_CANCELLED : EXIT_TIMED_OUT);
 }
 
+/// Ends the program as an uncaught SIGINT does.
+void die_of_interrupt()
+{
+    erase_progress_line_in_handler();
+    struct sigaction action = {};
+    action.sa_handler = SIG_DFL;
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGINT, &action, nullptr);
+    sigset_t interrupt;
+    sigemptyset(&interrupt);
+    sigaddset(&interrupt, SIGINT);
+    sigprocmask(SIG_UNBLOCK, &interrupt, nullptr);
+    raise(SIGINT);
+}
+
 void handle_interrupt(int)
 {
+    const int error = errno;
+    if (interrupted != 0) {
+        die_of_interrupt();
+    }
     interrupted = 1;
     web_cancel_requested = 1;
+    errno = error;
+}
+
+void count_tick()
+{
+    if (limited != 0) {
+        ticks_left = ticks_left - 1;
+        if (ticks_left <= 0 || time(nullptr) >= latest_second) {
+            time_is_over = 1;
+        }
+    }
+    if (time_is_over != 0 || interrupted != 0) {
+        // Again with each tick: a signal between two system calls wakes no wait.
+        web_cancel_requested = 1;
+        overdue_ticks = overdue_ticks + 1;
+    }
 }
 
 void handle_alarm(int)
 {
     const int error = errno;
-    expiries = expiries + 1;
-    web_cancel_requested = 1;
-    if (connected == 0 || expiries >= most_expiries) {
+    if (connected != 0) {
+        count_tick();
+    }
+    if (overdue_ticks >= most_overdue_ticks || (connected == 0 && limited != 0)) {
         end_program();
     }
     errno = error;
 }
 
+/// Neither handler interrupts the other: both may erase the progress line.
+void catch_signal(int number, void (*handler)(int), int flags)
+{
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = flags;
+    sigemptyset(&action.sa_mask);
+    sigaddset(&action.sa_mask, SIGINT);
+    sigaddset(&action.sa_mask, SIGALRM);
+    sigaction(number, &action, nullptr);
+}
+
 void catch_interrupt()
 {
     sigaction(SIGINT, nullptr, &usual_interrupt);
-    if (usual_interrupt.sa_handler == SIG_IGN) {
-        return; // the parent process ignores SIGINT
+    if (usual_interrupt.sa_handler != SIG_IGN) {
+        catch_signal(SIGINT, handle_interrupt, 0); // no restart: the first is to end a wait
     }
-    struct sigaction action = {};
-    action.sa_handler = handle_interrupt;
-    // The second one finds the default again. No restart: the first is to end a wait.
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
-    sigemptyset(&action.sa_mask);
-    sigaction(SIGINT, &action, nullptr);
 }
 
 void unblock_alarm()
@@ -139,26 +189,26 @@ timeval timer_value(double seconds)
     return value;
 }
 
-void start_limit(const time_limit &limit)
+void catch_alarm()
 {
-    struct sigaction action = {};
-    action.sa_handler = handle_alarm;
+    sigaction(SIGALRM, nullptr, &usual_alarm);
     // An interrupted recv() would end a body as if it were complete. select() returns all the same.
-    action.sa_flags = SA_RESTART;
-    sigemptyset(&action.sa_mask);
-    sigaction(SIGALRM, &action, &usual_alarm);
+    catch_signal(SIGALRM, handle_alarm, SA_RESTART);
     unblock_alarm();
-    itimerval timer = {};
-    timer.it_value = timer_value(limit.seconds);
-    timer.it_interval.tv_usec = repeat_microseconds;
-    setitimer(ITIMER_REAL, &timer, nullptr);
 }
 
-void stop_limit()
+/// Counts the rest of the limit in ticks. \return the time until the first one
+timeval count_ticks_left()
 {
-    const itimerval none = {};
-    setitimer(ITIMER_REAL, &none, nullptr);
-    sigaction(SIGALRM, &usual_alarm, nullptr);
+    constexpr double microseconds_per_second = 1e6;
+    itimerval timer = {};
+    getitimer(ITIMER_REAL, &timer);
+    const double rest = static_cast<double>(timer.it_value.tv_sec) +
+                        static_cast<double>(timer.it_value.tv_usec) / microseconds_per_second;
+    const double ticks = std::max(std::ceil(rest * ticks_per_second), 1.0);
+    ticks_left = static_cast<std::sig_atomic_t>(ticks);
+    latest_second = time(nullptr) + timer.it_value.tv_sec + 2;
+    return timer_value(rest - (ticks - 1.0) / ticks_per_second);
 }
 
 } // namespace
@@ -166,21 +216,33 @@ void stop_limit()
 void begin_stop_signals(const time_limit &limit, bool framed)
 {
     interrupted = 0;
-    expiries = 0;
     connected = 0;
-    catch_interrupt();
+    limited = 0;
+    time_is_over = 0;
+    overdue_ticks = 0;
     limit_text.clear();
+    words_of_interrupt = words_for(interrupt_text, framed);
     if (limit.seconds > 0.0) {
         limit_text = std::string("Timeout after ") + limit.text + " seconds";
         words_of_limit = words_for(limit_text.c_str(), framed);
-        words_of_interrupt = words_for(interrupt_text, framed);
-        start_limit(limit);
+    }
+    catch_interrupt();
+    catch_alarm();
+    if (limit.seconds > 0.0) {
+        limited = 1;
+        itimerval timer = {};
+        timer.it_value = timer_value(limit.seconds);
+        setitimer(ITIMER_REAL, &timer, nullptr);
     }
 }
 
 void expect_stop_at_flag()
 {
+    itimerval timer = {};
+    timer.it_interval.tv_usec = tick_microseconds;
+    timer.it_value = limited != 0 ? count_ticks_left() : timer.it_interval;
     connected = 1;
+    setitimer(ITIMER_REAL, &timer, nullptr);
 }
 
 bool stop_requested()
@@ -190,15 +252,15 @@ bool stop_requested()
 
 stop_cause end_stop_signals()
 {
-    if (!limit_text.empty()) {
-        stop_limit();
-    }
+    const itimerval none = {};
+    setitimer(ITIMER_REAL, &none, nullptr);
+    sigaction(SIGALRM, &usual_alarm, nullptr);
     sigaction(SIGINT, &usual_interrupt, nullptr);
     web_cancel_requested = 0;
     if (interrupted != 0) {
         return stop_cause::interrupt;
     }
-    return expiries > 0 ? stop_cause::time_limit : stop_cause::none;
+    return time_is_over != 0 ? stop_cause::time_limit : stop_cause::none;
 }
 
 const char *time_limit_text()

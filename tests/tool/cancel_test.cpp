@@ -101,6 +101,53 @@ TEST(Interrupt, CancelsABodyThatKeepsComing)
     EXPECT_TRUE(contains(result.err, "User canceled web transaction")) << result.err;
 }
 
+// The web client reads the flag only when no byte is waiting.
+TEST(Interrupt, CancelsAHeaderThatKeepsComing)
+{
+    const std::string text = "User canceled web transaction";
+    for (const bool framed : {false, true}) {
+        Milestone flooding;
+        ScriptedServer server(
+            {collect_request(), flooding.step(), send_endlessly("X: endless\r\n")});
+        std::vector<std::string> command = corvella_command({"get", url_of(server)});
+        if (framed) {
+            command.emplace_back("-automated");
+        }
+        RunningProgram program(command);
+        ASSERT_TRUE(flooding.wait());
+        std::this_thread::sleep_for(milliseconds(200));
+        const auto start = steady_clock::now();
+        program.process().signal(SIGINT);
+        const ProgramResult result = program.finish();
+        EXPECT_LT(steady_clock::now() - start, prompt);
+        EXPECT_EQ(result.exit_status, 130) << result.signal;
+        const std::string first = "Error: " + text + "\n";
+        EXPECT_EQ(result.err, framed ? first : error_text(text));
+        const std::string frame = "CORVELLATESTError: " + text + "\a\nENDCORVELLATEST\n";
+        EXPECT_EQ(result.out, framed ? frame : "");
+    }
+}
+
+// Each signal of the timer interrupts the wait for the body.
+TEST(TimerSignals, LeaveTheBodyWhole)
+{
+    Milestone waiting;
+    ScriptedServer server({collect_request(), send_bytes(good_reply("")), waiting.step(),
+                           send_one_by_one(std::string(100, 'x'), 5), stay_silent(),
+                           send_bytes("end")});
+    RunningProgram program(corvella_command({"get", url_of(server)}));
+    ASSERT_TRUE(waiting.wait());
+    for (int i = 0; i < 100; ++i) {
+        std::this_thread::sleep_for(milliseconds(5));
+        program.process().signal(SIGALRM);
+    }
+    server.release();
+    const ProgramResult result = program.finish();
+    EXPECT_EQ(result.exit_status, 0) << result.signal;
+    EXPECT_EQ(result.out, std::string(100, 'x') + "end");
+    EXPECT_EQ(result.err, "");
+}
+
 // As with nohup, or in the background of a shell without job control.
 TEST(Interrupt, StaysIgnoredWhereTheProgramIsStartedSo)
 {

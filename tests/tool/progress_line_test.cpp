@@ -1,9 +1,12 @@
 /// \file
 /// The line that shows on a terminal what an exchange is doing, but for the wait itself.
 #include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
+#include <termios.h>
 
 #include "tests/harness/endurance.h"
 #include "tests/harness/temporary_directory.h"
@@ -179,6 +182,79 @@ TEST(TheLine, LeavesNothingOfALongerOne)
     server.release();
     EXPECT_EQ(program.finish().exit_status, 0);
     EXPECT_EQ(terminal.screen(), Arguments{""});
+}
+
+/// Waits until \p line is to be seen.
+bool appears(Terminal &terminal, const std::string &line)
+{
+    return terminal.wait_until_seen([&line](const std::string &seen) { return seen == line; }, 8);
+}
+
+/// Has the terminal show Ctrl-C as "^C", as a person's does.
+void echo_keys(const Terminal &terminal)
+{
+    termios settings = {};
+    ASSERT_EQ(tcgetattr(terminal.program_end(), &settings), 0);
+    settings.c_lflag |= static_cast<tcflag_t>(ECHO) | static_cast<tcflag_t>(ECHOCTL);
+    ASSERT_EQ(tcsetattr(terminal.program_end(), TCSANOW, &settings), 0);
+}
+
+/// A server that sends 60,000 bytes of 100,000 and is then silent.
+ServerScript stalling()
+{
+    return {collect_form(), send_bytes("HTTP/1.0 200 OK\r\nContent-Length: 100000\r\n\r\n"),
+            send_bytes(std::string(60'000, 'x')), stay_silent(),
+            send_bytes(std::string(40'000, 'x'))};
+}
+
+TEST(TheBody, IsShownUpToDateWhileItStalls)
+{
+    Terminal terminal;
+    ScriptedServer server(stalling());
+    RunningProgram program(corvella_command({"get", url_of(server)}), watched_on(terminal));
+    EXPECT_TRUE(appears(terminal, "Received 60000 of 100000 bytes (60%), 2 s"))
+        << terminal.written();
+    EXPECT_TRUE(appears(terminal, "Received 60000 of 100000 bytes (60%), 3 s"))
+        << terminal.written();
+    EXPECT_LE(count_of(terminal.written(), "Received 60000 "), 6) << terminal.written();
+    server.release();
+    const ProgramResult result = program.finish();
+    EXPECT_EQ(result.exit_status, 0) << result.signal;
+    EXPECT_EQ(result.out, std::string(100'000, 'x'));
+    EXPECT_EQ(terminal.screen(), Arguments{""});
+}
+
+TEST(TheLine, LeavesNoEchoOfCtrlC)
+{
+    const std::string text = "Error: User canceled web transaction";
+    Terminal terminal;
+    ASSERT_NO_FATAL_FAILURE(echo_keys(terminal));
+    ScriptedServer server(stalling());
+    RunningProgram program(corvella_command({"get", url_of(server)}), watched_on(terminal));
+    ASSERT_TRUE(appears(terminal, "Received 60000 of 100000 bytes (60%), 1 s"));
+    terminal.type("\x03");
+    EXPECT_EQ(program.finish().exit_status, 130);
+    EXPECT_TRUE(contains(terminal.written(), "^C")) << terminal.written();
+    const Arguments expected = {text, text, ""};
+    EXPECT_EQ(terminal.screen(), expected) << terminal.written();
+}
+
+// Nothing but a second Ctrl-C ends the look-up.
+TEST(TheLine, IsErasedByASecondCtrlC)
+{
+    Terminal terminal;
+    ASSERT_NO_FATAL_FAILURE(echo_keys(terminal));
+    RunningProgram program({CORVELLA_HANGING_LOOKUP, "get", "http://web1.test/"},
+                           watched_on(terminal));
+    ASSERT_TRUE(appears(terminal, "Connecting to web1.test..."));
+    terminal.type("\x03");
+    EXPECT_TRUE(appears(terminal, "Connecting to web1.test...^C")) << terminal.written();
+    // A busy program may see two as one.
+    for (int i = 0; i < 10 && !program.process().wait(std::chrono::milliseconds(300)); ++i) {
+        terminal.type("\x03");
+    }
+    EXPECT_EQ(program.finish().signal, SIGINT);
+    EXPECT_EQ(terminal.screen(), Arguments{""}) << terminal.written();
 }
 
 TEST(TheLine, IsNeverLongerThanTheTerminal)
