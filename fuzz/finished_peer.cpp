@@ -8,6 +8,12 @@
 
 FinishedPeer finished_peer;
 
+namespace {
+
+int peer_end = -1; // still open for the request, until the next connection
+
+} // namespace
+
 // What follows takes the place of the system's functions in the whole program.
 extern "C" {
 
@@ -18,7 +24,11 @@ int socket(int, int, int) noexcept
     const std::string &reply = finished_peer.reply;
     const ssize_t written = write(ends[1], reply.data(), reply.size());
     expect_equal(written, static_cast<long long>(reply.size()), "the bytes that the pair takes");
-    close(ends[1]);
+    shutdown(ends[1], SHUT_WR);
+    if (peer_end >= 0) {
+        close(peer_end);
+    }
+    peer_end = ends[1];
     return ends[0];
 }
 

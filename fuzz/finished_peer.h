@@ -1,6 +1,6 @@
 /// \file
-/// A peer that has sent its reply and gone before it was asked: in a program with this file, the
-/// library's sockets are one end of a pair whose other end did that.
+/// A peer that has sent its whole reply before it reads the request: in a program with this file,
+/// the library's sockets are one end of a pair whose other end did that.
 #pragma once
 
 #include <cstddef>

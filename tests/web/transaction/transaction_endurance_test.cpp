@@ -27,9 +27,14 @@ namespace {
 const std::string short_reply = "HTTP/1.0 200 OK\r\nA: b\r\n\r\nabc";
 const std::string short_header = "HTTP/1.0 200 OK\r\nA: b\r\n\r";
 
+std::string receive_error(int code)
+{
+    return "Error receiving data from web site: " + code_text(code);
+}
+
 std::string reset_text()
 {
-    return "Error receiving data from web site: " + code_text(ECONNRESET);
+    return receive_error(ECONNRESET);
 }
 
 /// Ends the child that the test runs in, with what it was surprised by.
@@ -92,9 +97,9 @@ bool is_of_a_lost_connection(const WebOutcome &outcome)
     if (outcome.header != "") {
         return false;
     }
-    return outcome.result == 0
-               ? outcome.body == "" && (outcome.error == "earlier" || outcome.error == reset_text())
-               : outcome.result == -1 && outcome.error == reset_text();
+    const bool lost = outcome.error == reset_text() || outcome.error == receive_error(EPIPE);
+    return outcome.result == 0 ? outcome.body == "" && (lost || outcome.error == "earlier")
+                               : outcome.result == -1 && lost;
 }
 
 ScriptStep collect_bytes(std::size_t count)
