@@ -84,7 +84,7 @@ const std::vector<program_command> &program_commands()
 {
     static const std::vector<program_command> commands = {
         {"get", COMMAND_GET, "URL", "Get a page and print its body."},
-        {"post", COMMAND_POST, "URL NAME=VALUE...", "Post a form and print the reply's body."},
+        {"post", COMMAND_POST, "URL [NAME=VALUE]...", "Post a form and print the reply's body."},
         {"update", COMMAND_UPDATE, "", "Ask whether there is a newer version of a product."},
         {"describe", COMMAND_DESCRIBE, "", "Describe this machine and the time."},
         {"open", COMMAND_OPEN, "TARGET", "Open a file (an absolute path) or a URL."},

@@ -172,7 +172,7 @@ TEST(Usage, HasALineForEverything)
               0U);
     for (const std::string line : {
              "  get URL\t\tGet a page and print its body.\n",
-             "  post URL NAME=VALUE...\tPost a form and print the reply's body.\n",
+             "  post URL [NAME=VALUE]...\tPost a form and print the reply's body.\n",
              "  update\t\tAsk whether there is a newer version of a product.\n",
              "  describe\t\tDescribe this machine and the time.\n",
              "  open TARGET\t\tOpen a file (an absolute path) or a URL.\n",
