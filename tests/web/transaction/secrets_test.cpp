@@ -14,6 +14,7 @@
 #include "tests/web/fake_network.h"
 #include "tests/web/transaction/endless_text.h"
 #include "tests/web/web_call.h"
+#include "web/web_error.h"
 
 namespace {
 
