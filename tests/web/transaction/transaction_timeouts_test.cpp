@@ -127,8 +127,8 @@ TEST(WebTimeout, DoesNotCutAPostThatThePeerTakesAfterNineSeconds)
 {
     web_cancel_requested = 0;
     const std::string body(20000000, 'x');
-    ScriptedServer server({collect_request(), pause_for(9000), collect_request(body.size()),
-                           send_bytes("A\n\nabc")});
+    ScriptedServer server(
+        {collect_request(), pause_for(9000), collect_request(body.size()), send_bytes("A\n\nabc")});
     WebCall call;
     call.port = server.port();
     call.method = "POST";
