@@ -98,7 +98,9 @@ protected:
         const pid_t pid = program.process().pid();
         EXPECT_EQ(pieces_in(file_of_process(pid, "cmdline"), secret), 0U) << arguments[0];
         EXPECT_EQ(pieces_in(file_of_process(pid, "environ"), secret), 0U) << arguments[0];
-        EXPECT_EQ(pieces_in(writable_memory(pid), secret), pieces_of_a_copy) << arguments.back();
+        const std::size_t pieces = pieces_in(writable_memory(pid), secret);
+        EXPECT_GE(pieces, pieces_of_a_copy) << arguments.back();
+        EXPECT_LE(pieces, pieces_of_a_copy + pieces_in_registers) << arguments.back();
         server.release();
         const ProgramResult result = program.finish();
         EXPECT_EQ(result.exit_status, 0) << result.err;
@@ -171,7 +173,8 @@ TEST_F(SecretTraces, AreGoneAfterAFailedExchange)
     for (const Arguments &login : {Arguments{"-user", "u", "-pass", kept_},
                                    Arguments{"-proxy-user", "u", "-proxy-pass", longer_}}) {
         for (const std::string &proxy : {dead, proxy_of(refuses), proxy_of(resets)}) {
-            expect_no_copy_after_failure(Arguments{"get", page_, "-proxy", proxy} + login, longer_);
+            expect_no_copy_after_failure(Arguments{"get", page_, "-proxy", proxy} + login, longer_,
+                                         pieces_in_registers);
         }
         expect_no_copy_after_failure(Arguments{"get", "ftp://web1.test/", "-proxy", dead} + login,
                                      longer_);
