@@ -14,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "tests/harness/child_process.h"
 #include "tests/harness/temporary_directory.h"
@@ -125,4 +126,12 @@ private:
     void remove_shared_memory() const;
 
     std::string service_name_;
+};
+
+/// The names of the proxies in the names of typed tests.
+struct ProxyNames {
+    template <typename Proxy> static std::string GetName(int)
+    {
+        return std::is_same_v<Proxy, TinyProxy> ? "tinyproxy" : "squid";
+    }
 };

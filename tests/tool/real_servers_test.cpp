@@ -128,7 +128,7 @@ TEST(PythonTransfers, AreNotFound)
 template <typename Proxy> class ThroughAProxy : public testing::Test {
 };
 using Proxies = testing::Types<TinyProxy, SquidProxy>;
-TYPED_TEST_SUITE(ThroughAProxy, Proxies);
+TYPED_TEST_SUITE(ThroughAProxy, Proxies, ProxyNames);
 
 template <typename Server> void expect_page_through(std::uint16_t proxy)
 {

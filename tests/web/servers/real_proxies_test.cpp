@@ -42,13 +42,6 @@ UpdateAnswer update_through(std::uint16_t proxy_port, float version)
     return {result, message.data(), newest.data(), url.data(), button.data(), web_last_error()};
 }
 
-struct ProxyNames {
-    template <typename Proxy> static std::string GetName(int)
-    {
-        return std::is_same_v<Proxy, TinyProxy> ? "tinyproxy" : "squid";
-    }
-};
-
 template <typename Proxy> class ThroughAProxy : public testing::Test {
 };
 using Proxies = testing::Types<TinyProxy, SquidProxy>;
