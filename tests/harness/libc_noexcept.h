@@ -1,5 +1,5 @@
 /// \file
-/// For definitions that replace functions of the C library: the exception specification that the
+/// For definitions that replace functions of the C library: the noexcept clause that the
 /// system's own declaration has. glibc's headers have one, others do not.
 #pragma once
 
