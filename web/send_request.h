@@ -19,12 +19,12 @@ struct request_parts {
     const char *password;
 };
 
-/// Sends the request in pieces on the socket of \p progress, which has just begun. A failure is not
-/// reported but kept in \p progress: it shows when the reply is received. But a request that has
-/// lost a piece is never completed: the pieces behind it cannot be sent. \return wait_result::ready
-/// when the reply can be waited for; timed_out when the peer took nothing for
-/// SILENCE_LIMIT_SECONDS, cancelled when the user asked for it while the system did not accept
-/// everything at once. \throws std::bad_alloc when memory for the credentials is exhausted.
+/// Sends the request in pieces on the socket of \p progress, which has just begun. A failed send is
+/// not reported but kept in \p progress: receiving the reply reports it. No piece is sent after a
+/// failed one, so that the peer never gets a request with a gap.
+/// \return wait_result::ready if the reply can be waited for; timed_out if the peer took nothing
+/// for SILENCE_LIMIT_SECONDS; cancelled if the user cancelled while a send waited.
+/// \throws std::bad_alloc when memory for the credentials is exhausted.
 wait_result send_request(const request_parts &request, request_progress &progress);
 
 } // namespace corvella

@@ -34,18 +34,17 @@ wait_result wait_readable(int socket, timeval slice, request_progress *request);
 /// SILENCE_LIMIT_SECONDS; cancelled.
 wait_result continue_sending(request_progress &request, bool accepted_some);
 
-/// Sets the error text of a wait that was in vain. \return the web_result that says the same;
-/// WEB_DONE, and no text, for wait_result::ready. A cancellation is honoured by this: the request
-/// is taken back.
+/// Sets the error text of a failed wait, and none for wait_result::ready. Resets the cancel flag
+/// after a cancellation. \return the web_result for \p result.
 int report_wait_failure(wait_result result);
 
 /// \return the millisecond counter SILENCE_LIMIT_SECONDS from now.
 std::uint32_t silence_deadline();
 
-/// Whether the millisecond counter has reached \p deadline. Deliberately the two are compared as
-/// signed numbers, not by their difference: where the counter passes from its greatest to its least
-/// value, a deadline behind that passage has passed at once, and one that was due just before it
-/// and not looked at in time has not.
+/// Whether the millisecond counter has reached \p deadline. On purpose: the two are compared as
+/// signed numbers, not by their difference. When the counter wraps from its greatest to its least
+/// value, a deadline after the wrap has passed at once, and a deadline just before it that was not
+/// checked in time has not passed.
 bool deadline_passed(std::uint32_t deadline);
 
 } // namespace corvella
